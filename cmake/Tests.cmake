@@ -1,0 +1,38 @@
+include(GoogleTest)
+
+# quarry_add_tests(<name> [GERMAN] SOURCES <file>... LIBRARIES <target>...)
+#
+# Makes one test program and registers each of its tests. With GERMAN, the whole program runs once
+# more in an application whose locale writes a comma for the decimal point.
+function(quarry_add_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "GERMAN" "" "SOURCES;LIBRARIES")
+  if(NOT arg_SOURCES)
+    return()
+  endif()
+
+  add_executable(${name})
+  target_sources(${name} PRIVATE ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} TestSupport)
+  target_compile_definitions(${name} PRIVATE TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
+  if(TARGET QuarryTool)
+    target_compile_definitions(${name} PRIVATE QUARRY_TOOL_PATH="$<TARGET_FILE:QuarryTool>")
+    add_dependencies(${name} QuarryTool)
+  endif()
+  quarry_enable_warnings(${name})
+
+  gtest_discover_tests(
+    ${name}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120)
+
+  if(arg_GERMAN)
+    add_test(NAME ${name}.German COMMAND ${name} --application --expect-decimal-comma
+                                         --gtest_brief=1)
+    set_tests_properties(
+      ${name}.German
+      PROPERTIES FIXTURES_REQUIRED GermanLocale
+                 ENVIRONMENT "LC_ALL=de_DE.UTF-8;LOCPATH=${PROJECT_BINARY_DIR}/locale"
+                 TIMEOUT 600)
+  endif()
+endfunction()

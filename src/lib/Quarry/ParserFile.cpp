@@ -1,0 +1,116 @@
+#include <Quarry/ParserFile.h>
+
+#include <Plinth/Console.h>
+#include <Plinth/Label.h>
+
+#include "internal/FileAccess.h"
+#include "internal/Messages.h"
+#include "internal/Preprocessor.h"
+
+#include <string_view>
+
+namespace Quarry {
+
+namespace {
+
+constexpr double WRITTEN_VERSION = 1.1;
+constexpr char VERSION_KEYWORD[] = "#SerialVersion";
+
+/// The preprocessor's sink: collects what stays and gives warnings on the console.
+class TextCollector {
+ public:
+  explicit TextCollector(std::string& text) : out(text) {}
+
+  void beginFile(const std::string&, const std::string&, std::string_view text) {
+    out.reserve(out.size() + text.size());
+  }
+  void run(std::size_t, std::string_view bytes) { out += bytes; }
+  void comment(std::size_t, std::string_view) {}
+  void versionLine(std::size_t, std::string_view) {}
+  void include(std::size_t, std::string_view, const std::string&) {}
+  void endFile(double) {}
+  void warning(const std::string& message) { Plinth::console.warning(message, std::string()); }
+
+ private:
+  std::string& out;
+};
+
+/// Makes the document declare the version that is written: by its keyword, or by a version line.
+void declareVersion(const ParserGroup& root, std::string& text) {
+  ParserItem* keyword = root.getKeyword(VERSION_KEYWORD);
+  if (keyword == nullptr) {
+    text = std::string(VERSION_KEYWORD) + " " + Plinth::getLabel(WRITTEN_VERSION) + "\n";
+  } else if (keyword->getValueCount() == 0) {
+    keyword->addDouble(WRITTEN_VERSION);
+  } else {
+    keyword->setDouble(WRITTEN_VERSION, 0);
+  }
+}
+
+}  // namespace
+
+// --- Make ----------------------------------------------------------------------------------------
+
+ParserFile::ParserFile() : root(new ParserGroup("root")), version(WRITTEN_VERSION) {}
+
+ParserFile::ParserFile(ParserGroup& group) : root(&group), version(WRITTEN_VERSION) {}
+
+ParserFile::ParserFile(const std::string& name) : ParserFile() { setFilename(name); }
+
+ParserFile::~ParserFile() { delete root; }
+
+// --- Change --------------------------------------------------------------------------------------
+
+void ParserFile::setSearchPaths(const std::vector<std::string>& paths) { searchPaths = paths; }
+
+bool ParserFile::setFilename(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  directory = slash == std::string::npos ? std::string() : name.substr(0, slash);
+  filename = name;
+  return !filename.empty();
+}
+
+void ParserFile::clear() { root->clear(); }
+
+// --- Text and files ------------------------------------------------------------------------------
+
+void ParserFile::getText(std::string& text) const { root->getText(text, false, true, 1); }
+
+/// The empty search path, under which a file is found by its own name, is there for this call. An
+/// exception leaves it in the list, as it always has.
+bool ParserFile::read(const std::string& name) {
+  if (!name.empty()) setFilename(name);
+  searchPaths.emplace_back();
+  includedFiles.clear();
+  std::string text;
+  const double declared = preprocessFile(text, filename, includedFiles);
+  searchPaths.pop_back();
+  version = declared;
+  if (!(version > 0.0)) return false;
+  root->setText(text, version);
+  return true;
+}
+
+bool ParserFile::write(const std::string& name) {
+  if (!name.empty()) setFilename(name);
+  QFile file;
+  if (!openFile(file, filename, QIODevice::WriteOnly)) return false;
+  std::string text;
+  declareVersion(*root, text);
+  getText(text);
+  const auto length = static_cast<qint64>(text.size());
+  if (file.write(text.data(), length) == length) {
+    Plinth::console.debug(Messages::fileWritten(name, text.size()), std::string());
+  } else {
+    Plinth::console.error(Messages::fileNotSaved(name), std::string());
+  }
+  return true;
+}
+
+double ParserFile::preprocessFile(std::string& out, const std::string& file,
+                                  std::set<std::string>& /*included*/) {
+  TextCollector collector(out);
+  return Preprocessor(searchPaths, collector).process(file);
+}
+
+}  // namespace Quarry

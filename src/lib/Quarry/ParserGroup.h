@@ -1,0 +1,156 @@
+/// A node of the document tree: a named, ordered container of items.
+#pragma once
+
+#include <Quarry/Export.h>
+#include <Quarry/ParserItem.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Quarry {
+
+class ParserWordStream;
+
+/// Holds items in the order in which they were added. Names need not be unique.
+///
+/// ```cpp
+/// Quarry::ParserGroup root("root");
+/// root.setText("camera { fov 39.6 }", 1.1);
+/// double fov = root.getGroup("camera")->getItem("fov")->getDouble(0);
+/// ```
+///
+/// Plain items and keywords (names beginning with `#`) are looked up apart: the operations on items
+/// never find a keyword and getKeyword() finds nothing else. Both are written in list order. Names
+/// compare byte for byte.
+///
+/// Ownership: the group owns its items and frees them, with everything below, when they are removed
+/// or the group is destroyed. A pointer that a lookup returns is good until then. Trees may be of
+/// any depth: copying, writing, parsing and freeing need memory, not stack.
+///
+/// Threads: one at a time.
+class QUARRY_EXPORT ParserGroup {
+ public:
+  // --- Make ------------------------------------------------------------------------------------
+
+  /// Makes an empty group. The name stays as it is given here.
+  explicit ParserGroup(const std::string& name);
+
+  /// Copies the name and, deeply, every item. All copied items can be looked up.
+  ParserGroup(const ParserGroup& other);
+  ParserGroup& operator=(const ParserGroup&) = delete;
+
+  ~ParserGroup();
+
+  // --- Look ------------------------------------------------------------------------------------
+
+  const std::string& getName() const { return name; }
+
+  /// Returns the number of plain items, detached ones included; keywords are not counted.
+  unsigned long getItemCount() const { return plainIndex.size(); }
+
+  /// Returns plain item `index`, in order of addition from 0; null when it was detached. An index
+  /// at or past getItemCount() is the caller's error (an assertion in a debug build).
+  ParserItem* getItem(const unsigned long& index) const;
+
+  /// Returns the first plain item called `wanted`, or null when there is none.
+  ParserItem* getItem(const std::string& wanted) const;
+
+  /// Returns the group that is the first value of the first plain item called `wanted`; null when
+  /// there is no such item or its value is no group. An item without values gets a new, empty
+  /// group (see ParserItem::getGroup()).
+  ParserGroup* getGroup(const std::string& wanted) const;
+
+  /// Returns the first keyword called `wanted`, `#` included, or null when there is none.
+  ParserItem* getKeyword(const std::string& wanted) const;
+
+  /// Returns every plain item called `wanted`, in order; an empty vector when there is none.
+  std::vector<ParserItem*> getEntries(const std::string& wanted) const;
+
+  // --- Change ----------------------------------------------------------------------------------
+
+  /// Adopts `item` itself, unchecked: it must come from `new` and is deleted with the group. When
+  /// memory runs out it stays the caller's.
+  /// @return the item's address
+  ParserItem* addItem(const ParserItem& item);
+
+  /// Adds a new item without values: a plain one for an identifier (see
+  /// ParserWord::isIdentifier()), a keyword for `#` and an identifier.
+  /// @param line where the item stands in its document, from 1; 0 when added by code
+  /// @param column the column of its name
+  /// @return the item, which the group owns
+  /// @throws Plinth::Fatal "ParserGroup::addItem: '...' is not a valid item name\n"; the group is
+  ///         then unchanged
+  ParserItem* addItem(const std::string& newName, const unsigned long& line,
+                      const unsigned long& column);
+
+  /// Adds an item that holds a new, empty group without a name of its own.
+  /// @param folding whether the item is written between fold markers
+  /// @return the new group
+  /// @throws Plinth::Fatal as addItem()
+  ParserGroup* addGroup(const std::string& newName, const bool& folding);
+
+  /// Adds an item that is named after `group` and holds it.
+  /// @param group adopted, not copied: not null, from `new`. After an exception it is still the
+  ///              caller's.
+  /// @return `group`
+  /// @throws Plinth::Fatal as addItem()
+  ParserGroup* addGroup(ParserGroup* group, const bool& folding);
+
+  /// Hands plain item `index` back to the caller, who holds the pointer from getItem(index) and
+  /// deletes it in the end. Its place stays, empty: getItemCount() does not change, getItem(index)
+  /// is null, and everything else passes over it.
+  void detachItem(const unsigned long& index);
+
+  /// Deletes every item called `doomed`, plain or keyword. Without such an item nothing happens but
+  /// that places left by detachItem() are closed.
+  void removeItem(const std::string& doomed);
+
+  /// Deletes all items; the name stays.
+  void clear();
+
+  // --- Text ------------------------------------------------------------------------------------
+
+  /// Appends the group and everything below it as text.
+  /// @param braces whether the group's name and a pair of braces are written around the items
+  /// @param multiline one item a line, or everything on one line
+  /// @param indent the depth, from 1 for the items of the root; 0 is taken as 1
+  void getText(std::string& text, const bool& braces, const bool& multiline,
+               const unsigned long& indent) const;
+
+  /// Reads the text form of items and adds them to the group, after those it holds already.
+  ///
+  /// The parser is forgiving: a malformed construct gives a warning on Plinth::console, such as
+  /// "ParserGroup::setText: (3:7) item ',' wrongly placed.\n" with line and column, the offending
+  /// word is dropped and reading goes on. Nothing that was read is lost.
+  ///
+  /// @param text must stay unchanged during the call
+  /// @param version the format version: below 1.1 quoted strings have no escapes
+  /// @return false when the text is empty or its last word was `<empty>` or drew a warning, true
+  ///         otherwise: no measure of success
+  bool setText(const std::string& text, const double& version);
+
+  /// Reads from a word stream until that is exhausted or a closing brace ends this group. For the
+  /// library's own use.
+  bool setText(ParserWordStream& stream);
+
+ private:
+  friend class TextWriter;
+  friend class TreeBuilder;
+  friend class TreeCopier;
+  friend class TreeRemover;
+
+  void append(ParserItem* item);
+  ParserItem* append(std::unique_ptr<ParserItem> item);
+  ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group, bool folding);
+  void removeLastItem();
+  std::vector<unsigned long>& indexFor(const ParserItem& item);
+  ParserItem* find(const std::vector<unsigned long>& index, const std::string& wanted) const;
+
+  std::string name;
+  std::vector<ParserItem*> items;           ///< owned; null where an item was detached
+  std::vector<unsigned long> plainIndex;    ///< positions of the plain items in `items`
+  std::vector<unsigned long> keywordIndex;  ///< positions of all others
+};
+
+}  // namespace Quarry

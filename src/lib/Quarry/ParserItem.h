@@ -1,0 +1,217 @@
+/// One named entry of a group, with its values.
+#pragma once
+
+#include <Quarry/Export.h>
+#include <Quarry/ParserValue.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Plinth {
+class Expression;
+}
+
+namespace Quarry {
+
+class ParserGroup;
+class ParserWord;
+
+/// A name with an ordered list of typed values: `size 1920 1080`, `#format 2` or `blur(4, yes)`.
+///
+/// ```cpp
+/// Quarry::ParserGroup root("root");
+/// Quarry::ParserItem* size = root.addItem("size", 0, 0);
+/// size->addInt(1920);
+/// size->addInt(1080);
+/// int height = size->getInt(1);  // 1080
+/// ```
+///
+/// Ownership: a group owns its items, an item owns its values, and through a group value its nested
+/// group. What the accessors hand out stays the item's and is good until that value is changed or
+/// removed.
+///
+/// Indices of values count from 0 and are not checked: an index at or past getValueCount() is the
+/// caller's error (an assertion in a debug build).
+///
+/// Threads: one at a time; the `const` operations fill caches of the values.
+class QUARRY_EXPORT ParserItem {
+ public:
+  /// The kinds of item.
+  enum Type : std::int32_t {
+    ITEM_PLAIN = 0,    ///< a name and its values
+    ITEM_KEYWORD = 1,  ///< the name begins with `#`
+    ITEM_CALL = 2      ///< the values are an argument list, written in parentheses
+  };
+
+  /// The array count of an item that is no array.
+  static constexpr unsigned long NO_ARRAY = ~0UL;
+
+  // --- Make ------------------------------------------------------------------------------------
+
+  /// Makes an item without values. The name is not checked here; ParserGroup::addItem() does that.
+  /// @param line where the item stands in its document, from 1; 0 when made by code
+  /// @param column the column of its name, as ParserWord::getColumn() counts
+  ParserItem(const std::string& name, const Type& type, const unsigned long& line,
+             const unsigned long& column);
+
+  /// Copies everything deeply but the folding flag: the copy starts unfolded.
+  ParserItem(const ParserItem& other);
+  ParserItem& operator=(const ParserItem&) = delete;
+
+  ~ParserItem();
+
+  /// Replaces everything but the folding flag by a deep copy of `other`, which may be this item or
+  /// stand below it. When memory runs out the item stays as it was.
+  void copyFrom(const ParserItem& other);
+
+  // --- Look ------------------------------------------------------------------------------------
+
+  const std::string& getName() const { return name; }
+  const Type& getType() const { return type; }
+
+  /// Returns the number of values.
+  unsigned long getValueCount() const { return values.size(); }
+
+  /// Returns the array size; 0 for an array of unspecified size, NO_ARRAY for no array.
+  const unsigned long& getArrayCount() const { return arrayCount; }
+
+  /// Returns the template name; empty when the item is no template instance.
+  const std::string& getTemplate() const { return templateName; }
+
+  bool isArray() const { return arrayCount != NO_ARRAY; }
+  bool isTemplate() const { return !templateName.empty(); }
+  bool isKeyWord() const { return type == ITEM_KEYWORD; }
+
+  /// Tells whether the item holds exactly one value and that is a group.
+  bool isGroup() const;
+
+  /// Tells whether the name matches `pattern`; false when the pattern holds none.
+  bool isMatching(const Plinth::Expression& pattern) const;
+
+  // --- Look at values --------------------------------------------------------------------------
+
+  const ParserValue::Type& getValueType(const unsigned long& index) const;
+
+  /// Return value `index`, converted as by ParserValue::getAsBool() and its like, with their
+  /// warnings and defaults.
+  bool getBool(const unsigned long& index) const;
+  char getChar(const unsigned long& index) const;
+  int getInt(const unsigned long& index) const;
+  double getDouble(const unsigned long& index) const;
+  const std::string& getString(const unsigned long& index) const;
+
+  /// Returns the bytes of a block; null, after a warning, for every other type.
+  void* getBinaryData(const unsigned long& index) const;
+
+  /// Returns the number of bytes of a block; 0, after a warning, for every other type.
+  unsigned long getBinaryDataSize(const unsigned long& index) const;
+
+  /// Returns the stored text of the value, as it stood in the document (a string without its quotes
+  /// and escapes); empty for a group and for a value whose text was not made yet.
+  std::string getWord(const unsigned long& index) const;
+
+  /// Returns the group that is value `index`, or null when the value is no group. An item without
+  /// any value gets a new, empty group, which is returned, whatever `index` is.
+  ParserGroup* getGroup(const unsigned long& index) const;
+
+  bool isValueBool(const unsigned long& index) const;
+  bool isValueChar(const unsigned long& index) const;
+  bool isValueInt(const unsigned long& index) const;
+  /// An integer counts as a double too.
+  bool isValueDouble(const unsigned long& index) const;
+  bool isValueString(const unsigned long& index) const;
+  bool isValueGroup(const unsigned long& index) const;
+
+  // --- Change ----------------------------------------------------------------------------------
+
+  /// Changes the name, unchecked.
+  void rename(const std::string& newName);
+
+  /// Makes the item an array of `count` elements (0 for an unspecified number), or no array.
+  void setArray(const bool& array, const unsigned long& count);
+
+  /// Sets the template name; an empty one makes the item no template instance.
+  void setTemplate(const std::string& newTemplate);
+
+  /// Chooses whether a group item is written between fold markers for editors. A folded group does
+  /// not read back as the same tree: its closing marker is no comment.
+  void setFolding(const bool& on);
+
+  /// Set value `index`, as ParserValue::setBool() and its like: the value takes the new type and
+  /// loses its text.
+  void setBool(const bool& value, const unsigned long& index);
+  void setInt(const int& value, const unsigned long& index);
+  void setDouble(const double& value, const unsigned long& index);
+  void setString(const std::string& value, const unsigned long& index);
+  void setBinaryData(void* bytes, const unsigned long& size, const unsigned long& index);
+
+  // --- Add and remove values -------------------------------------------------------------------
+
+  /// Append a value that carries its text at once: `yes` or `no`, the decimal digits of a
+  /// character's code or an integer, the shortest spelling of a double, the string itself.
+  void addBool(const bool& value);
+  void addChar(const char& value);
+  void addInt(const int& value);
+  void addDouble(const double& value);
+  void addString(const std::string& value);
+
+  /// Appends a copy of `size` bytes.
+  void addBinaryData(void* bytes, const unsigned long& size);
+
+  /// Appends a group.
+  /// @param group adopted: it must come from `new`. Null makes a new group without a name.
+  /// @return the group that was appended; the item owns it
+  ParserGroup* addGroup(ParserGroup* group);
+
+  /// Appends the value that a word stands for.
+  /// @param word a word that ParserWord::isValue() classified
+  /// @param valueType the type that isValue() gave
+  /// @throws std::out_of_range ("basic_string::substr") for a string word that is longer than two
+  ///         bytes and yields an empty string, which isValue() never calls a string
+  void addWord(const ParserWord& word, const ParserValue::Type& valueType);
+
+  /// Removes the values at the given indices; indices past the end and repeated ones are ignored.
+  void removeValue(const std::vector<unsigned long>& indices);
+  void removeValue(const unsigned long& index);
+
+  /// Removes all values and nothing else.
+  void reset();
+
+  // --- Text ------------------------------------------------------------------------------------
+
+  /// Appends the item as it stands in a document: name, template, array size, values; a folded
+  /// group between its markers. Neither leading blanks nor a final line feed.
+  /// @param multiline whether nested groups are written with one item a line
+  /// @param indent the depth, from 1 for the items of the root; 0 is taken as 1
+  void getText(std::string& out, const bool& multiline, const unsigned long& indent) const;
+
+  /// Appends the values only: each after a blank, or a parenthesised argument list, or " <empty>"
+  /// for none.
+  void getValueText(std::string& out, const bool& multiline, const unsigned long& indent) const;
+
+ private:
+  friend class ParserGroup;
+  friend class TextWriter;
+  friend class TreeBuilder;
+  friend class TreeCopier;
+  friend class TreeRemover;
+
+  ParserValue& valueAt(const unsigned long& index) const;
+  ParserValue* append(std::unique_ptr<ParserValue> value) const;
+  void appendText(ParserValue::Type valueType, std::string&& text);
+  void copyAttributes(const ParserItem& other);
+  static std::string readQuoted(const ParserWord& word);
+
+  std::string name;
+  mutable std::vector<ParserValue*> values;  ///< owned; getGroup() may add the first one
+  unsigned long line;
+  unsigned long column;
+  unsigned long arrayCount;
+  std::string templateName;
+  Type type;
+  bool folding;
+};
+
+}  // namespace Quarry

@@ -1,0 +1,226 @@
+/// One typed value of a document item, in text form, as typed data, or both.
+#pragma once
+
+#include <Quarry/Export.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace Quarry {
+
+class ParserGroup;
+class ParserWord;
+
+/// A boolean, character, integer, double, string, block of bytes, nested group, or the empty tag.
+///
+/// A value keeps up to two forms of itself. A value read from a document holds its text exactly as
+/// it stood there and is converted on first typed access; a value made by code holds typed data and
+/// gets its text when it is first written. A document is therefore written back with the spelling
+/// it was read with.
+///
+/// ```cpp
+/// Quarry::ParserValue read(Quarry::ParserValue::TYPE_DOUBLE, "1.50");
+/// double number = read.getAsDouble();  // 1.5
+/// std::string text;
+/// read.getText(text, true, 1);  // "1.50": the spelling is kept
+/// ```
+///
+/// Ownership: a value owns its string, its bytes, its text and its group, and frees them when it is
+/// destroyed. What the accessors hand out belongs to the value and is good until the next setter or
+/// clear(), or until the value is destroyed.
+///
+/// Failures: a conversion that the type does not allow gives one warning on Plinth::console and
+/// returns a default; nothing is thrown but `std::bad_alloc`.
+///
+/// Threads: the `const` operations fill caches, so even reading one value from two threads at once
+/// needs a lock outside.
+class QUARRY_EXPORT ParserValue {
+ public:
+  /// What a value is. The numbers are stored in binary documents.
+  enum Type : std::int32_t {
+    TYPE_GROUP = 0,       ///< a nested group
+    TYPE_BOOL = 1,        ///< `yes` or `no`
+    TYPE_CHAR = 2,        ///< a signed 8-bit character
+    TYPE_INT = 3,         ///< a signed 32-bit integer
+    TYPE_DOUBLE = 4,      ///< a 64-bit IEEE 754 number
+    TYPE_STRING = 5,      ///< a string of bytes
+    TYPE_BINARYDATA = 6,  ///< a block of bytes
+    TYPE_EMPTY = 7        ///< the empty tag, the word `<empty>`
+  };
+
+  // --- Make ------------------------------------------------------------------------------------
+
+  /// Makes a value that holds typed data and no text yet. Text and bytes are copied.
+  ParserValue(const bool& value);
+  ParserValue(const char& value);
+  ParserValue(const int& value);
+  ParserValue(const double& value);
+  ParserValue(const std::string& value);
+
+  /// Makes a string value from a C string, which must not be null.
+  ParserValue(const char* value);
+
+  /// Makes a block of bytes.
+  /// @param bytes the first byte; copied, not adopted. May be null when `size` is 0.
+  /// @param size the number of bytes
+  ParserValue(void* bytes, const unsigned long& size);
+
+  /// Makes a group value.
+  /// @param group adopted: it must come from `new` and is deleted with the value. Null is replaced
+  ///              by a new, empty group without a name.
+  ParserValue(ParserGroup* group);
+  ParserValue(std::nullptr_t group);
+
+  /// Refused: a pointer would otherwise silently become a bool.
+  ParserValue(const void* pointer) = delete;
+
+  /// Makes a value from its text, as the parser does; the typed data follows on first access.
+  ///
+  /// For a group, `text` names the new, empty group. For a block of bytes, `text` is converted at
+  /// once (see wordToBinaryData()) and not kept. A type outside the enumeration gives a value
+  /// without text and data.
+  ParserValue(const Type& type, const std::string& text);
+
+  /// Copies deeply: text, data, and the whole tree of a group, however deep.
+  ParserValue(const ParserValue& other);
+  ParserValue& operator=(const ParserValue&) = delete;
+
+  virtual ~ParserValue();
+
+  // --- Look ------------------------------------------------------------------------------------
+
+  const Type& getType() const { return type; }
+
+  /// Returns the enumerator's name, such as "TYPE_INT", for messages. Blocks of bytes, the empty
+  /// tag and numbers outside the enumeration have no name of their own: "TYPE_UNKNOWN".
+  static std::string getType_name(const Type& type);
+
+  /// The conversions. Bools, characters, integers and doubles convert into one another; strings,
+  /// groups, blocks and empty tags do not. Where there is no conversion, one warning is given:
+  /// "ParserValue::getAsInt: type mismatch, value type is 'TYPE_STRING' \n".
+  ///
+  /// The text of a value that came from a document is converted leniently, without a message: a
+  /// bool is true only for `yes`, a number is read as far as it goes and is 0 where it does not
+  /// begin.
+
+  /// Returns the bool, or whether the number is not 0 (NaN is true); false after the warning.
+  bool getAsBool() const;
+
+  /// Returns the character; of an integer the low 8 bits, of a double the low 8 bits of
+  /// getAsInt(); 0 after the warning.
+  char getAsChar() const;
+
+  /// Returns the integer; a double is cut towards zero, and one that is NaN or does not fit gives
+  /// -2147483648; 0 after the warning.
+  int getAsInt() const;
+
+  /// Returns the number as a double; 0.0 after the warning.
+  double getAsDouble() const;
+
+  /// Returns the string of a string value; for every other type the warning is given and one
+  /// shared, empty string returned. Numbers are not turned into strings here.
+  const std::string& getAsString() const;
+
+  /// Returns the first byte of a block and sets `size` to its number of bytes. An empty block may
+  /// give null. For every other type the warning is given, null returned and `size` left alone.
+  void* getAsBinaryData(unsigned long& size) const;
+
+  /// Converts the text into typed data now, if that has not happened yet.
+  void makeValue() const;
+
+  // --- Change ----------------------------------------------------------------------------------
+
+  /// The setters turn the value into their type, whatever it was, with the given data and no text.
+  /// Data of the value itself may be passed.
+  void setBool(const bool& value);
+  void setChar(const char& value);
+  void setInt(const int& value);
+  void setDouble(const double& value);
+  void setString(const std::string& value);
+
+  /// @param bytes the first byte; copied. May be null when `size` is 0.
+  /// @param size the number of bytes
+  void setBinaryData(void* bytes, const unsigned long& size);
+
+  /// Frees text, data and group; the type stays. The value then reads as the defaults of its type
+  /// (with the warning for a group, string or block) and writes nothing.
+  void clear();
+
+  // --- Text ------------------------------------------------------------------------------------
+
+  /// Appends the value's text form to `out`.
+  ///
+  /// A value that was read keeps its spelling. A string is quoted and escaped, a bool is `yes` or
+  /// `no`, a block is "0x", its bytes and a checksum in upper-case hexadecimal digits. A character,
+  /// integer or double that was set as data is written as one raw byte, its low 8 bits: that is
+  /// what the format has always done. Numbers that shall be written in digits are added with
+  /// ParserItem::addInt() and its like, or made from their text.
+  ///
+  /// @param multiline whether a group is written with one item a line
+  /// @param indent the depth of a group, from 1; 0 is taken as 1
+  void getText(std::string& out, const bool& multiline, const unsigned long& indent) const;
+
+  /// Decodes a binary-data word: two characters of prefix, two upper-case hexadecimal digits for
+  /// each byte, eight digits of checksum. The checksum is not verified. A pair with any other
+  /// character counts as byte 0; a word of odd length or without bytes gives an empty block.
+  /// @param data receives a new array, which the caller frees with `delete[]` as `char*`; null for
+  ///             an empty block
+  /// @param size receives the number of bytes
+  static void wordToBinaryData(void*& data, unsigned long& size, const ParserWord& word);
+
+ private:
+  friend class ParserItem;
+  friend class TextWriter;
+  friend class TreeCopier;
+  friend class TreeRemover;
+
+  struct BinaryBlock {
+    std::unique_ptr<char[]> data;
+    unsigned long size;
+  };
+
+  ParserValue(Type valueType, std::unique_ptr<std::string> text);
+  explicit ParserValue(std::unique_ptr<BinaryBlock> block);
+  static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes, unsigned long size);
+  static std::unique_ptr<BinaryBlock> readBlock(std::string_view word);
+
+  bool isGroup() const { return type == TYPE_GROUP; }
+  /// Returns the group, or null for any other type and after clear().
+  ParserGroup* getGroup() const { return isGroup() && textValid ? slot.group : nullptr; }
+  /// Returns the text, or null for a group and where there is none.
+  const std::string* getStoredText() const { return !isGroup() && textValid ? slot.text : nullptr; }
+
+  bool isNumeric(const char* operation) const;
+  double getNumber() const;
+  void warnOfMismatch(const char* operation) const;
+  void become(Type newType);
+  void copyData(const ParserValue& other);
+  void makeText() const;
+  void appendText(std::string& out) const;
+
+  Type type;
+  mutable bool dataValid;  ///< `data` is present and current
+  mutable bool textValid;  ///< `slot` is owned and current
+
+  union Data {
+    bool boolean;
+    char character;
+    int integer;
+    double number;
+    std::string* string;  ///< owned, TYPE_STRING
+    BinaryBlock* block;   ///< owned, TYPE_BINARYDATA
+    ParserValue* next;    ///< a group has no data; while its tree is freed, the next group to free
+  };
+  mutable Data data;
+
+  union Slot {
+    ParserGroup* group;  ///< owned, TYPE_GROUP
+    std::string* text;   ///< owned, every other type; a string's text is unescaped
+  };
+  mutable Slot slot;
+};
+
+}  // namespace Quarry

@@ -1,0 +1,23 @@
+/// What the text parser can find wrong.
+#pragma once
+
+#include <cstdint>
+
+namespace Quarry {
+
+enum class Diagnostic : std::int32_t {
+  TEMPLATE_INSIDE_TEMPLATE,
+  HAS_NO_VALUE,
+  WRONGLY_PLACED,
+  VALUE_WITHOUT_ITEM,
+  GROUP_WITHOUT_ITEM,
+  ARGUMENTS_WITHOUT_ITEM,
+  ARGUMENTS_MIXED_WITH_VALUES,
+  ARGUMENTS_INSIDE_ARGUMENTS,
+  ARGUMENTS_ON_KEYWORD,
+  ARGUMENTS_CLOSED_WITHOUT_ITEM,
+  ARGUMENTS_CLOSED_WITHOUT_CALL,
+  UNKNOWN_WORD
+};
+
+}  // namespace Quarry

@@ -1,0 +1,42 @@
+/// Finds, loads and saves whole files.
+///
+/// File names are bytes and are handed to the system as they are: names need not be UTF-8.
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+
+#include <string>
+#include <vector>
+
+namespace Quarry {
+
+/// How loading a file ended.
+enum class LoadResult {
+  LOADED,
+  NOT_OPENED,            ///< a plain file could not be opened
+  COMPRESSED_NOT_OPENED  ///< a compressed file could not be opened
+};
+
+/// Returns the first regular file among `searchPaths`, each followed by `name`, or an empty string
+/// when there is none. An empty search path stands for the bare name.
+std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name);
+
+/// Loads a file into `text`.
+///
+/// Whether the file is compressed is looked up under `name`, not under `path`, and so is the
+/// compressed file: one that only a search path finds is read as it is. Documents are kept so.
+///
+/// A plain file is read up to its first zero byte. A compressed one (gzip) carries a marker before
+/// every line feed: "$" keeps the line break there, any other byte is dropped with it.
+///
+/// @param name the file's name as it was asked for
+/// @param path where locateFile() found it
+/// @throws std::out_of_range ("basic_string::erase") for a compressed line of less than two bytes
+LoadResult loadFile(const std::string& name, const std::string& path, QByteArray& text);
+
+/// Opens a file that is read or written as a whole, unbuffered; writing creates or empties it.
+/// @return whether it could be opened
+bool openFile(QFile& file, const std::string& path, QIODevice::OpenMode mode);
+
+}  // namespace Quarry

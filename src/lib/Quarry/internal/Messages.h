@@ -1,0 +1,75 @@
+/// Every sentence that the library says, in one place.
+#pragma once
+
+#include <Plinth/Label.h>
+#include <Quarry/ParserValue.h>
+#include <Quarry/ParserWord.h>
+
+#include "Diagnostic.h"
+
+#include <string>
+
+namespace Quarry::Messages {
+
+// --- Text parser ---------------------------------------------------------------------------------
+
+/// What is wrong with `word`, without the place.
+inline std::string describe(Diagnostic diagnostic, const ParserWord& word) {
+  switch (diagnostic) {
+    case Diagnostic::TEMPLATE_INSIDE_TEMPLATE:
+      return "item '" + word.getString() + "' has template inside template declaration.\n";
+    case Diagnostic::HAS_NO_VALUE: return "item '" + word.getString() + "' has no value.\n";
+    case Diagnostic::WRONGLY_PLACED: return "item '" + word.getString() + "' wrongly placed.\n";
+    case Diagnostic::VALUE_WITHOUT_ITEM: return "Value without item: " + word.getString() + "\n";
+    case Diagnostic::GROUP_WITHOUT_ITEM: return "Group without item\n";
+    case Diagnostic::ARGUMENTS_WITHOUT_ITEM: return "Argument list without item\n";
+    case Diagnostic::ARGUMENTS_MIXED_WITH_VALUES:
+      return "Cannot mix argument list with item values\n";
+    case Diagnostic::ARGUMENTS_INSIDE_ARGUMENTS: return "Argument list inside an argument list\n";
+    case Diagnostic::ARGUMENTS_ON_KEYWORD: return "Function call on keyword\n";
+    case Diagnostic::ARGUMENTS_CLOSED_WITHOUT_ITEM:
+      return "Closing an argument list without item\n";
+    case Diagnostic::ARGUMENTS_CLOSED_WITHOUT_CALL:
+      return "Closing an argument list in a non function call\n";
+    case Diagnostic::UNKNOWN_WORD: return "Unknown word type: '" + word.getString() + "'\n";
+  }
+  return std::string();
+}
+
+/// The whole warning, with the place of `word`.
+inline std::string parserWarning(Diagnostic diagnostic, const ParserWord& word) {
+  return "ParserGroup::setText: (" + Plinth::getLabel(word.getLine()) + ":" +
+         Plinth::getLabel(word.getColumn()) + ") " + describe(diagnostic, word);
+}
+
+// --- Values and groups ---------------------------------------------------------------------------
+
+/// @param operation the conversion, such as "getAsInt"
+inline std::string typeMismatch(const std::string& operation, const ParserValue::Type& type) {
+  return "ParserValue::" + operation + ": type mismatch, value type is '" +
+         ParserValue::getType_name(type) + "' \n";
+}
+
+inline std::string invalidItemName(const std::string& name) {
+  return "ParserGroup::addItem: '" + name + "' is not a valid item name\n";
+}
+
+// --- Files ---------------------------------------------------------------------------------------
+
+inline std::string fileNotFound(const std::string& name) {
+  return "File '" + name + "' not found.\n";
+}
+
+inline std::string fileNotOpened(const std::string& name) {
+  return "Failed to open file '" + name + "'.\n";
+}
+
+inline std::string fileNotSaved(const std::string& name) {
+  return "ParserFile.write: Can't save project '" + name + "'.\n";
+}
+
+inline std::string fileWritten(const std::string& name, const unsigned long& bytes) {
+  return "Written " + Plinth::getLabel(bytes) + "bytes in '" + name + "'.";
+}
+
+}  // namespace Quarry::Messages

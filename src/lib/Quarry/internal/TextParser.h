@@ -1,0 +1,216 @@
+/// The grammar of the text form.
+#pragma once
+
+#include <Quarry/ParserValue.h>
+#include <Quarry/ParserWord.h>
+
+#include "Diagnostic.h"
+
+#include <vector>
+
+namespace Quarry {
+
+/// Recognises the text form and hands what it finds to a sink; it builds nothing itself.
+///
+///     document  = { statement } ;
+///     statement = name , [ "=" ] , ( values | group | call ) ;
+///     name      = identifier | keyword ;
+///     values    = value , { [ "," ] , value } ;
+///     group     = "{" , { statement } , "}" ;
+///     call      = "(" , [ values ] , ")" ;
+///
+/// The parser is forgiving: a word that does not fit is reported and dropped, and the rules go on
+/// with the next one. There is one function per rule, in the order in which a word is tried.
+/// Nesting takes memory, not stack.
+///
+/// `Words` offers `bool isExhausted()` and `const ParserWord* next()` (null for no further word),
+/// as ParserWordStream does. `Sink` is told, in the order of the text:
+///
+///     beginItem(word)          an item is named; it is the current one until the next event but
+///                              value, emptyTag, beginCall and warning
+///     value(word, type)        a value of the current item
+///     emptyTag(word)           `<empty>` stands where the current item has a value
+///     beginGroup(word)         the current item's next value is a group; items now go there
+///     beginBracedItem(word)    an item of that name is made, and a group in it; the current item
+///                              is current again when the group ends
+///     endGroup(word)           the group ends; `word` is null when it ends with the text
+///     beginCall(word)          the current item is a call; its arguments follow as values
+///     endCall(word)            the argument list is complete
+///     endDocument(word)        a closing brace without a group ends the parse
+///     warning(diagnostic, word)
+template <class Words, class Sink>
+class TextParser {
+ public:
+  TextParser(Words& wordSource, Sink& listener) : words(wordSource), sink(listener) {}
+
+  /// Reads to the end of the text, or to a closing brace that closes no group.
+  /// @return false when the text ends and the last word at its top level was `<empty>`, drew a
+  ///         warning, or there was none; true otherwise
+  bool parse() {
+    levels.assign(1, Level());
+    while (!words.isExhausted()) {
+      const ParserWord* word = words.next();
+      if (word == nullptr) continue;
+      takeWord(*word);
+      if (levels.empty()) return true;
+    }
+    return endOfText();
+  }
+
+ private:
+  /// What the current item has become so far.
+  enum class Item : unsigned char { NONE, PLAIN, KEYWORD, CALL };
+
+  /// The state of one group that is being read.
+  struct Level {
+    Item item = Item::NONE;
+    bool hasValueWord = false;  ///< the item took a value or an empty tag: it is complete
+    bool hasValue = false;      ///< the item took a value
+    ParserWord::Type previous = ParserWord::WORD_NONE;  ///< the last word that was accepted
+  };
+
+  Level& level() { return levels.back(); }
+
+  /// The first test that holds chooses the rule. Each test fixes the word's type, so the order is
+  /// part of the grammar: `yes` is a value because it is no identifier.
+  void takeWord(const ParserWord& word) {
+    ParserValue::Type valueType = ParserValue::TYPE_EMPTY;
+    if (word.isIdentifier() || word.isKeyword()) return takeName(word);
+    if (word.isOperator()) return takeAssignment(word);
+    if (word.isSeparator()) return takeSeparator(word);
+    if (word.isValue(valueType)) return takeValue(word, valueType);
+    if (word.isBrace()) return takeBracedItem(word);
+    if (word == "{") return openGroup(word);
+    if (word == "}") return closeGroup(word);
+    if (word == "(") return openArguments(word);
+    if (word == ")") return closeArguments(word);
+    warn(Diagnostic::UNKNOWN_WORD, word);
+  }
+
+  /// name = identifier | keyword ;
+  ///
+  /// A name needs something behind it, and the item before it a value. The last name of a text is
+  /// refused only when it ends the text, up to one blank.
+  void takeName(const ParserWord& word) {
+    const ParserWord* templateWord = word.getTemplateWord();
+    if (templateWord != nullptr && templateWord->getTemplateWord() != nullptr) {
+      return warn(Diagnostic::TEMPLATE_INSIDE_TEMPLATE, word);
+    }
+    if (words.isExhausted()) return warn(Diagnostic::HAS_NO_VALUE, word);
+    if (hasItem() && !level().hasValueWord) return warn(Diagnostic::HAS_NO_VALUE, word);
+    sink.beginItem(word);
+    level().item = word.getType() == ParserWord::WORD_KEYWORD ? Item::KEYWORD : Item::PLAIN;
+    level().hasValueWord = false;
+    level().hasValue = false;
+    level().previous = ParserWord::WORD_IDENTIFIER;
+  }
+
+  /// "=" , directly behind a name
+  void takeAssignment(const ParserWord& word) {
+    if (level().previous != ParserWord::WORD_IDENTIFIER) {
+      return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
+    }
+    level().previous = ParserWord::WORD_OPERATOR;
+  }
+
+  /// "," , directly behind a value
+  void takeSeparator(const ParserWord& word) {
+    if (!ParserWord::isValuetype(level().previous)) {
+      return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
+    }
+    level().previous = ParserWord::WORD_SEPARATOR;
+  }
+
+  /// value = bool | int | double | string | binary data | "<empty>" ;
+  void takeValue(const ParserWord& word, ParserValue::Type type) {
+    if (!hasItem()) return warn(Diagnostic::VALUE_WITHOUT_ITEM, word);
+    if (type == ParserValue::TYPE_EMPTY) {
+      sink.emptyTag(word);
+    } else {
+      sink.value(word, type);
+      level().hasValue = true;
+    }
+    level().hasValueWord = true;
+    level().previous = word.getType();
+  }
+
+  /// A word that the word source typed as a brace: an item and its group in one word.
+  void takeBracedItem(const ParserWord& word) {
+    sink.beginBracedItem(word);
+    levels.push_back(Level());
+  }
+
+  /// group = "{" , { statement } , "}" ;
+  ///
+  /// A "{" without an item opens nothing, so the "}" that was meant for it closes the group around.
+  void openGroup(const ParserWord& word) {
+    if (!hasItem()) return warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
+    sink.beginGroup(word);
+    level().item = Item::NONE;
+    levels.push_back(Level());
+  }
+
+  /// "}" ends the group, and at the top level the whole parse.
+  void closeGroup(const ParserWord& word) {
+    levels.pop_back();
+    if (levels.empty()) {
+      sink.endDocument(word);
+    } else {
+      sink.endGroup(&word);
+    }
+  }
+
+  /// call = "(" , [ values ] , ")" ;
+  void openArguments(const ParserWord& word) {
+    if (!hasItem()) return warn(Diagnostic::ARGUMENTS_WITHOUT_ITEM, word);
+    if (level().hasValue) {
+      return warnAndDropItem(Diagnostic::ARGUMENTS_MIXED_WITH_VALUES, word);
+    }
+    if (level().item == Item::CALL) {
+      return warnAndDropItem(Diagnostic::ARGUMENTS_INSIDE_ARGUMENTS, word);
+    }
+    if (level().item == Item::KEYWORD) {
+      return warnAndDropItem(Diagnostic::ARGUMENTS_ON_KEYWORD, word);
+    }
+    sink.beginCall(word);
+    level().item = Item::CALL;
+  }
+
+  /// ")" completes the call.
+  void closeArguments(const ParserWord& word) {
+    if (!hasItem()) return warn(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_ITEM, word);
+    if (level().item != Item::CALL) {
+      return warnAndDropItem(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_CALL, word);
+    }
+    sink.endCall(word);
+    level().item = Item::NONE;
+  }
+
+  /// The text ends every group that is still open.
+  bool endOfText() {
+    while (levels.size() > 1) {
+      levels.pop_back();
+      sink.endGroup(nullptr);
+    }
+    const ParserWord::Type last = level().previous;
+    return last != ParserWord::WORD_EMPTYTAG && last != ParserWord::WORD_NONE;
+  }
+
+  bool hasItem() { return level().item != Item::NONE; }
+
+  void warn(Diagnostic diagnostic, const ParserWord& word) {
+    sink.warning(diagnostic, word);
+    level().previous = ParserWord::WORD_NONE;
+  }
+
+  void warnAndDropItem(Diagnostic diagnostic, const ParserWord& word) {
+    warn(diagnostic, word);
+    level().item = Item::NONE;
+  }
+
+  Words& words;
+  Sink& sink;
+  std::vector<Level> levels;
+};
+
+}  // namespace Quarry

@@ -1,0 +1,29 @@
+/// Frees trees of any depth.
+#pragma once
+
+#include <vector>
+
+namespace Quarry {
+
+class ParserGroup;
+class ParserItem;
+class ParserValue;
+
+/// Deletes items with everything below them, without recursion and without allocating: freeing a
+/// document works on a small stack and when memory is exhausted.
+///
+/// Group values are taken out of their items before these are deleted, and wait in a list that runs
+/// through the values themselves (ParserValue::Data::next).
+class TreeRemover {
+ public:
+  /// Deletes the items and empties the list; null entries are passed over.
+  static void removeItems(std::vector<ParserItem*>& items);
+
+ private:
+  void removeFrom(std::vector<ParserItem*>& items);
+  void takeGroups(ParserItem& item);
+
+  ParserValue* waiting = nullptr;
+};
+
+}  // namespace Quarry
