@@ -20,7 +20,7 @@ bool readsAsDouble(std::string_view label) {
 }
 
 /// Returns whether `text` starts as a decimal number does that strtod and from_chars read alike:
-/// strtod alone passes over white space and a plus sign.
+/// white space and a plus sign are for strtod alone, as is what a NaN says in parentheses.
 bool startsAsDecimal(const std::string& text) {
   const char* first = text.c_str();
   if (*first == '-') ++first;
@@ -57,8 +57,8 @@ std::string getLabel(const unsigned long& number) { return std::to_string(number
 
 // --- Text to number ------------------------------------------------------------------------------
 
-// Ordinary numbers take from_chars, which is several times as fast. Where it and strtod differ,
-// strtod decides: a hexadecimal number, of which from_chars reads the "0", and one out of range.
+// Ordinary numbers take from_chars, which is faster. Where the two differ, strtod decides: a
+// hexadecimal number, of which from_chars reads the "0", and one out of range.
 double getDouble(const std::string& text) noexcept {
   if (!startsAsDecimal(text)) return readInClassicLocale(text.c_str());
   const char* const end = text.data() + text.size();

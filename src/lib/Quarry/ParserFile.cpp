@@ -99,7 +99,9 @@ bool ParserFile::write(const std::string& name) {
   declareVersion(*root, text);
   getText(text);
   const auto length = static_cast<qint64>(text.size());
-  if (file.write(text.data(), length) == length) {
+  const qint64 written = file.write(text.data(), length);
+  file.close();
+  if (written == length) {
     Plinth::console.debug(Messages::fileWritten(name, text.size()), std::string());
   } else {
     Plinth::console.error(Messages::fileNotSaved(name), std::string());
