@@ -1,0 +1,44 @@
+/// The document that a command works on.
+#pragma once
+
+#include <Quarry/ParserFile.h>
+
+#include "MemoryFile.h"
+#include "MessageLog.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tool {
+
+/// The text that preprocessing makes of a document, and the format version that it declares.
+struct ExpandedText {
+  std::string text;
+  double version;
+};
+
+/// Opens a document by the name given on the command line; `-` is standard input, which is copied
+/// to a file in memory, because the library reads files.
+///
+/// Every operation throws a Failure when the document cannot be read.
+class Document {
+ public:
+  Document(const std::string& name, const std::vector<std::string>& searchPaths, MessageLog& log);
+
+  /// Returns the text with includes expanded and comments dropped.
+  ExpandedText expand() const;
+
+  /// Reads the document into `file`.
+  void read(Quarry::ParserFile& file) const;
+
+ private:
+  void copyStandardInput(MessageLog& log);
+
+  std::string shownName;
+  std::string path;
+  std::vector<std::string> searchPaths;
+  std::unique_ptr<MemoryFile> copy;  ///< of standard input
+};
+
+}  // namespace Tool

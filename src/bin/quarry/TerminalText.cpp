@@ -1,0 +1,114 @@
+#include "TerminalText.h"
+
+#include <langinfo.h>
+#include <locale.h>
+
+#include <cstdint>
+
+namespace Tool {
+
+namespace {
+
+std::uint8_t toByte(char character) { return static_cast<std::uint8_t>(character); }
+
+/// A character of UTF-8 at the beginning of a text; `length` is 0 when there is none.
+struct Character {
+  std::uint32_t code;
+  std::size_t length;
+};
+
+constexpr Character NO_CHARACTER = {0, 0};
+
+/// Returns the number of bytes of the character that begins with `lead`, 0 for no lead byte.
+std::size_t lengthFromLead(std::uint8_t lead) {
+  if (lead < 0x80) return 1;
+  if (lead >= 0xC2 && lead <= 0xDF) return 2;
+  if (lead >= 0xE0 && lead <= 0xEF) return 3;
+  if (lead >= 0xF0 && lead <= 0xF4) return 4;
+  return 0;
+}
+
+/// Refuses spellings that are longer than needed, surrogates, and codes past the last one.
+bool isProper(const Character& character) {
+  if (character.length == 3 && character.code < 0x800) return false;
+  if (character.length == 4 && character.code < 0x10000) return false;
+  if (character.code >= 0xD800 && character.code <= 0xDFFF) return false;
+  return character.code <= 0x10FFFF;
+}
+
+Character decode(std::string_view bytes) {
+  const std::uint8_t lead = toByte(bytes.front());
+  const std::size_t length = lengthFromLead(lead);
+  if (length == 0 || length > bytes.size()) return NO_CHARACTER;
+  if (length == 1) return {lead, 1};
+  std::uint32_t code = lead & (0x7FU >> length);
+  for (const char follower : bytes.substr(1, length - 1)) {
+    if ((toByte(follower) & 0xC0) != 0x80) return NO_CHARACTER;
+    code = (code << 6) | (toByte(follower) & 0x3FU);
+  }
+  const Character character = {code, length};
+  return isProper(character) ? character : NO_CHARACTER;
+}
+
+bool isBetween(std::uint32_t code, std::uint32_t first, std::uint32_t last) {
+  return code >= first && code <= last;
+}
+
+bool isControl(std::uint32_t code) { return code < 0x20 || isBetween(code, 0x7F, 0x9F); }
+
+/// Line and paragraph separators, and marks that change the direction of writing: they can make a
+/// text look like another one.
+bool isMisleading(std::uint32_t code) {
+  return code == 0x061C || isBetween(code, 0x200E, 0x200F) || isBetween(code, 0x2028, 0x202E) ||
+         isBetween(code, 0x2066, 0x2069);
+}
+
+void appendEscaped(std::string& out, char byte) {
+  constexpr char DIGITS[] = "0123456789ABCDEF";
+  switch (byte) {
+    case '\n': out += "\\n"; return;
+    case '\r': out += "\\r"; return;
+    case '\t': out += "\\t"; return;
+    default: break;
+  }
+  out += "\\x";
+  out += DIGITS[toByte(byte) >> 4];
+  out += DIGITS[toByte(byte) & 15];
+}
+
+bool isShown(const Character& character, Layout layout, bool utf8) {
+  if (character.length == 0) return false;
+  if (character.code == '\n' || character.code == '\t') return layout == Layout::KEPT;
+  if (character.length > 1 && !utf8) return false;
+  return !isControl(character.code) && !isMisleading(character.code);
+}
+
+}  // namespace
+
+std::string escapeForTerminal(std::string_view bytes, Layout layout, bool utf8) {
+  std::string out;
+  out.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const Character character = decode(bytes);
+    const std::size_t length = character.length == 0 ? 1 : character.length;
+    if (isShown(character, layout, utf8)) {
+      out += bytes.substr(0, length);
+    } else {
+      for (const char byte : bytes.substr(0, length))
+        appendEscaped(out, byte);
+    }
+    bytes.remove_prefix(length);
+  }
+  return out;
+}
+
+/// The process keeps its own locale: numbers are written alike everywhere.
+bool isUtf8Environment() {
+  const locale_t environment = newlocale(LC_CTYPE_MASK, "", nullptr);
+  if (environment == nullptr) return false;
+  const std::string codeset = nl_langinfo_l(CODESET, environment);
+  freelocale(environment);
+  return codeset == "UTF-8";
+}
+
+}  // namespace Tool

@@ -1,0 +1,49 @@
+/// What the tool says of its own, apart from the descriptions of its options in main.cpp.
+#pragma once
+
+#include <string>
+
+namespace Tool::Texts {
+
+inline constexpr char WARNING[] = "quarry: warning: ";
+inline constexpr char ERROR[] = "quarry: error: ";
+
+/// Stands in messages where the library names the file that standard input was copied to.
+inline constexpr char STANDARD_INPUT[] = "standard input";
+
+inline std::string badCommandLine(const std::string& reason) {
+  return reason + "; quarry --help tells more.";
+}
+
+inline std::string cannotRead(const std::string& name) { return "Cannot read '" + name + "'."; }
+
+inline std::string cannotRead(const std::string& name, const std::string& reason) {
+  return "Cannot read '" + name + "': " + reason + ".";
+}
+
+inline std::string badCompression(const std::string& name) {
+  return cannotRead(name, "a line of the compressed file has less than two bytes");
+}
+
+inline std::string cannotWrite(const std::string& name) { return "Cannot write '" + name + "'."; }
+
+inline std::string cannotWriteOutput(const std::string& reason) {
+  return "Cannot write to standard output: " + reason + ".";
+}
+
+inline std::string cannotBuffer(const std::string& reason) {
+  return "Cannot make a file in memory: " + reason + ".";
+}
+
+/// The library ends reading there without a message.
+inline std::string closesNoGroup(unsigned long line, unsigned long column) {
+  return "(" + std::to_string(line) + ":" + std::to_string(column) +
+         ") '}' closes no group; the rest of the document is not read.";
+}
+
+inline std::string groupsNotClosed(unsigned long count) {
+  return "The document ends within " + std::to_string(count) +
+         (count == 1 ? " group that is not closed." : " groups that are not closed.");
+}
+
+}  // namespace Tool::Texts

@@ -1,0 +1,69 @@
+#include <Quarry/internal/ParserWordStream.h>
+
+#include "Commands.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace Tool {
+
+using Quarry::ParserValue;
+using Quarry::ParserWord;
+
+namespace {
+
+constexpr std::size_t PLACE_WIDTH = 10;
+constexpr std::size_t KIND_WIDTH = 12;
+
+struct Kind {
+  const char* name;
+  Style style;
+};
+
+Kind getValueKind(ParserValue::Type type) {
+  switch (type) {
+    case ParserValue::TYPE_BOOL: return {"bool", Style::BOOL};
+    case ParserValue::TYPE_INT: return {"int", Style::NUMBER};
+    case ParserValue::TYPE_DOUBLE: return {"double", Style::NUMBER};
+    case ParserValue::TYPE_STRING: return {"string", Style::STRING};
+    case ParserValue::TYPE_BINARYDATA: return {"binary data", Style::BINARY};
+    default: return {"empty tag", Style::MARK};
+  }
+}
+
+/// Asks in the order of the text parser: each test fixes the word's kind.
+Kind classify(const ParserWord& word) {
+  ParserValue::Type type = ParserValue::TYPE_EMPTY;
+  if (word.isIdentifier()) return {"identifier", Style::NAME};
+  if (word.isKeyword()) return {"keyword", Style::KEYWORD};
+  if (word.isOperator()) return {"operator", Style::MARK};
+  if (word.isSeparator()) return {"separator", Style::MARK};
+  if (word.isValue(type)) return getValueKind(type);
+  if (word == "{" || word == "}") return {"brace", Style::MARK};
+  if (word == "(" || word == ")") return {"parenthesis", Style::MARK};
+  return {"unknown", Style::ODD};
+}
+
+std::string padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size() + 1, width), ' ');
+  return text;
+}
+
+}  // namespace
+
+void showWords(const Document& document, Output& output) {
+  const ExpandedText expanded = document.expand();
+  Quarry::ParserWordStream words(expanded.text, expanded.version);
+  while (const ParserWord* word = words.next()) {
+    const Kind kind = classify(*word);
+    const std::string place =
+        std::to_string(word->getLine()) + ":" + std::to_string(word->getColumn());
+    output.write(padded(place, PLACE_WIDTH));
+    output.writeWord(Style::TYPE, padded(kind.name, KIND_WIDTH));
+    output.writeWord(kind.style,
+                     std::string_view(expanded.text).substr(word->getStart(), word->getLength()));
+    output.write("\n");
+  }
+}
+
+}  // namespace Tool
