@@ -6,9 +6,6 @@ include(GoogleTest)
 # more in an application whose locale writes a comma for the decimal point.
 function(quarry_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "GERMAN" "" "SOURCES;LIBRARIES")
-  if(NOT arg_SOURCES)
-    return()
-  endif()
 
   add_executable(${name})
   target_sources(${name} PRIVATE ${arg_SOURCES})

@@ -225,8 +225,10 @@ void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueT
         new ParserValue(ParserValue::readBlock({word.begin(), word.length}))));
   } else if (valueType == ParserValue::TYPE_STRING) {
     appendText(valueType, readQuoted(word));
-  } else {
+  } else if (ParserValue::isKeptAsText(valueType)) {
     appendText(valueType, word.getString());
+  } else {
+    append(std::make_unique<ParserValue>(valueType, word.getString()));
   }
 }
 

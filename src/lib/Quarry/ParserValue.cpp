@@ -17,10 +17,6 @@ namespace Quarry {
 
 namespace {
 
-bool isInEnumeration(ParserValue::Type type) {
-  return type >= ParserValue::TYPE_GROUP && type <= ParserValue::TYPE_EMPTY;
-}
-
 /// Characters are signed, also where the compiler's `char` is not.
 int toInt(char character) { return static_cast<signed char>(character); }
 
@@ -94,7 +90,7 @@ ParserValue::ParserValue(const Type& valueType, const std::string& text)
   } else if (type == TYPE_BINARYDATA) {
     data.block = readBlock(text).release();
     dataValid = true;
-  } else if (isInEnumeration(type)) {
+  } else if (isKeptAsText(type)) {
     slot.text = new std::string(text);
     textValid = true;
   }
@@ -114,6 +110,11 @@ std::unique_ptr<ParserValue::BinaryBlock> ParserValue::readBlock(std::string_vie
   unsigned long size = 0;
   std::unique_ptr<char[]> bytes = readBinaryText(word, size);
   return makeBlock(std::move(bytes), size);
+}
+
+/// Groups and blocks have no text of their own to begin with, and other numbers are no types.
+bool ParserValue::isKeptAsText(Type type) {
+  return type != TYPE_BINARYDATA && type > TYPE_GROUP && type <= TYPE_EMPTY;
 }
 
 /// The text of a block is only a cache and is left behind.

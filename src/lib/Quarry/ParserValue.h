@@ -182,6 +182,7 @@ class QUARRY_EXPORT ParserValue {
     unsigned long size;
   };
 
+  static bool isKeptAsText(Type type);
   ParserValue(Type valueType, std::unique_ptr<std::string> text);
   explicit ParserValue(std::unique_ptr<BinaryBlock> block);
   static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes, unsigned long size);

@@ -1,0 +1,358 @@
+#include <Quarry/internal/FileAccess.h>
+
+#include <gmock/gmock.h>
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <zlib.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/TemporaryFolder.h"
+#include "support/WithoutPrivileges.h"
+
+using Quarry::loadFile;
+using Quarry::LoadResult;
+using TestSupport::TemporaryFolder;
+using TestSupport::WithoutPrivileges;
+using TestSupport::WorkingDirectory;
+
+namespace {
+
+bool refusesCompressedFiles = false;
+
+}  // namespace
+
+/// Stands before zlib's function in this program, so that a test can let it fail.
+extern "C" gzFile gzopen(const char* path, const char* mode) {
+  using Function = gzFile (*)(const char*, const char*);
+  static const auto original = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "gzopen"));
+  return refusesCompressedFiles ? nullptr : original(path, mode);
+}
+
+namespace {
+
+/// As long as this lives, zlib opens no file.
+class NoCompressedFiles {
+ public:
+  NoCompressedFiles() { refusesCompressedFiles = true; }
+  NoCompressedFiles(const NoCompressedFiles&) = delete;
+  NoCompressedFiles& operator=(const NoCompressedFiles&) = delete;
+  ~NoCompressedFiles() { refusesCompressedFiles = false; }
+};
+
+struct Loaded {
+  LoadResult result;
+  std::string text;
+};
+
+Loaded load(const std::string& name, const std::string& path) {
+  QByteArray text = "what was there before";
+  const LoadResult result = loadFile(name, path, text);
+  return {result, text.toStdString()};
+}
+
+std::string loadText(const std::string& path) { return load(path, path).text; }
+
+/// Returns the text that a compressed file with these bytes gives.
+std::string expand(const std::string& bytes) {
+  const TemporaryFolder folder;
+  return loadText(folder.writeCompressed("file", bytes));
+}
+
+/// Returns the bytes of a compressed file.
+std::string compress(const std::string& bytes) {
+  const TemporaryFolder folder;
+  folder.writeCompressed("file", bytes);
+  return folder.read("file");
+}
+
+const std::string COMPRESSED_HEADER("\x1F\x8B\x08\0\0\0\0\0\0\x03", 10);
+
+/// A compressed file whose first block is of a kind that there is not.
+const std::string COMPRESSED_NONSENSE = COMPRESSED_HEADER + "\x07";
+
+/// Returns the beginning of a compressed file that holds `announced` bytes as they are.
+std::string beginCompressed(const std::string& bytes, unsigned announced) {
+  const auto low = static_cast<char>(announced & 255U);
+  const auto high = static_cast<char>(announced >> 8U);
+  return COMPRESSED_HEADER + '\x01' + low + high + static_cast<char>(~low) +
+         static_cast<char>(~high) + bytes;
+}
+
+void expectEraseError(const std::string& bytes) {
+  try {
+    expand(bytes);
+    ADD_FAILURE() << "no exception";
+  } catch (const std::out_of_range& error) {
+    EXPECT_THAT(error.what(), testing::StartsWith("basic_string::erase"));
+  }
+}
+
+}  // namespace
+
+// --- Plain files ---------------------------------------------------------------------------------
+
+TEST(LoadFileTest, APlainFileGivesItsBytes) {
+  const TemporaryFolder folder;
+  const Loaded loaded = load("x.cfg", folder.write("x.cfg", "a 1\r\nb \xFF\n"));
+  EXPECT_EQ(loaded.result, LoadResult::LOADED);
+  EXPECT_EQ(loaded.text, "a 1\r\nb \xFF\n");
+}
+
+TEST(LoadFileTest, AnEmptyFileGivesAnEmptyText) {
+  const TemporaryFolder folder;
+  const Loaded loaded = load("x.cfg", folder.write("x.cfg", ""));
+  EXPECT_EQ(loaded.result, LoadResult::LOADED);
+  EXPECT_EQ(loaded.text, "");
+}
+
+TEST(LoadFileTest, APlainFileIsReadUpToItsFirstZeroByte) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("x.cfg", std::string("a 1\n\0b 2\0", 9))), "a 1\n");
+}
+
+TEST(LoadFileTest, AFileOfOneByteIsNotCompressed) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("x.cfg", "\x1F")), "\x1F");
+}
+
+TEST(LoadFileTest, AFileWithHalfOfTheSignatureIsNotCompressed) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("x.cfg", "\x1F\x8C text")), "\x1F\x8C text");
+}
+
+TEST(LoadFileTest, AFileWithAUtf8NameIsLoaded) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("m\xC3\xBCll.cfg", "a 1")), "a 1");
+}
+
+TEST(LoadFileTest, AFileWhoseNameIsNoUtf8IsLoaded) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("m\xFCll.cfg", "a 1")), "a 1");
+}
+
+TEST(LoadFileTest, ANameWithAZeroByteOpensNothing) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("x", "a 1") + std::string("\0y", 2);
+  EXPECT_EQ(load(path, path).result, LoadResult::NOT_OPENED);
+}
+
+TEST(LoadFileTest, AFileThatCannotBeOpenedIsToldSo) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("x.cfg", "a 1");
+  std::filesystem::permissions(path, std::filesystem::perms::none);
+  const WithoutPrivileges ordinary;
+  EXPECT_EQ(load(path, path).result, LoadResult::NOT_OPENED);
+}
+
+TEST(LoadFileTest, WhatTheTextHeldBeforeIsGoneWhenNothingWasOpened) {
+  EXPECT_EQ(load("missing", "/missing/file").text, "");
+}
+
+// --- The compression probe -----------------------------------------------------------------------
+
+TEST(LoadFileTest, ACompressedFileThatOnlyASearchPathFindsIsReadAsItIs) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("x.cfg", "\x1F\x8B text");
+  EXPECT_EQ(load("x.cfg", path).text, "\x1F\x8B text");
+}
+
+TEST(LoadFileTest, TheCompressedFileUnderTheBareNameIsTakenBeforeTheLocatedOne) {
+  const TemporaryFolder folder;
+  folder.writeCompressed("x.cfg", "compressed$\n");
+  const std::string located = folder.write("dir/x.cfg", "located");
+  const WorkingDirectory directory(folder.getPath());
+  EXPECT_EQ(load("x.cfg", located).text, "compressed\n");
+}
+
+TEST(LoadFileTest, APlainFileUnderTheBareNameLeavesTheLocatedOne) {
+  const TemporaryFolder folder;
+  folder.write("x.cfg", "bare");
+  const std::string located = folder.write("dir/x.cfg", "located");
+  const WorkingDirectory directory(folder.getPath());
+  EXPECT_EQ(load("x.cfg", located).text, "located");
+}
+
+TEST(LoadFileTest, AFifoUnderTheBareNameDoesNotBlock) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo(folder.getPath("x.cfg").c_str(), 0600), 0);
+  const std::string located = folder.write("dir/x.cfg", "located");
+  const WorkingDirectory directory(folder.getPath());
+  EXPECT_EQ(load("x.cfg", located).text, "located");
+}
+
+TEST(LoadFileTest, ACompressedFileThatCannotBeOpenedIsToldSoWithAnEmptyText) {
+  const TemporaryFolder folder;
+  const std::string path = folder.writeCompressed("x.cfg", "a 1$\n");
+  const NoCompressedFiles refusal;
+  const Loaded loaded = load(path, path);
+  EXPECT_EQ(loaded.result, LoadResult::COMPRESSED_NOT_OPENED);
+  EXPECT_EQ(loaded.text, "");
+}
+
+// --- Compressed lines ----------------------------------------------------------------------------
+
+TEST(LoadFileTest, ALineOfACompressedFileThatEndsInADollarKeepsItsLineBreak) {
+  EXPECT_EQ(expand("a 1$\nb 2$\n"), "a 1\nb 2\n");
+}
+
+TEST(LoadFileTest, ALineOfACompressedFileThatEndsInAnotherByteLosesItAndIsJoined) {
+  EXPECT_EQ(expand("a 1-\n b 2$\n"), "a 1 b 2\n");
+}
+
+TEST(LoadFileTest, ABlankIsAMarkerLikeAnyOther) { EXPECT_EQ(expand("a \nb \n"), "ab"); }
+
+TEST(LoadFileTest, ALineOfOnlyADollarIsALineBreak) { EXPECT_EQ(expand("$\n$\n"), "\n\n"); }
+
+TEST(LoadFileTest, ALineOfOnlyAnotherMarkerIsNothing) { EXPECT_EQ(expand("-\na$\n"), "a\n"); }
+
+TEST(LoadFileTest, ALastLineWithoutALineFeedLosesItsLastTwoBytes) {
+  EXPECT_EQ(expand("a 1$\nb 2$!"), "a 1\nb 2\n");
+  EXPECT_EQ(expand("a 1$\nb 2$"), "a 1\nb ");
+}
+
+TEST(LoadFileTest, ADollarWithinALineStays) { EXPECT_EQ(expand("a$b$$\n"), "a$b$\n"); }
+
+TEST(LoadFileTest, AnEmptyCompressedFileGivesAnEmptyText) {
+  const TemporaryFolder folder;
+  const std::string path = folder.writeCompressed("x.cfg", "");
+  const Loaded loaded = load(path, path);
+  EXPECT_EQ(loaded.result, LoadResult::LOADED);
+  EXPECT_EQ(loaded.text, "");
+}
+
+TEST(LoadFileTest, AnEmptyCompressedLineRaisesTheStandardError) {
+  expectEraseError("a 1$\n\nb$\n");
+}
+
+TEST(LoadFileTest, ALastCompressedLineOfOneByteRaisesTheStandardError) {
+  expectEraseError("a 1$\nb");
+}
+
+TEST(LoadFileTest, ACompressedLineThatBeginsWithAZeroByteRaisesTheStandardError) {
+  expectEraseError(std::string("a 1$\n\0b$\n", 9));
+}
+
+TEST(LoadFileTest, ACompressedLineEndsAtItsFirstZeroByte) {
+  EXPECT_EQ(expand(std::string("ab$!\0cd$\ne$\n", 12)), "ab\ne\n");
+}
+
+TEST(LoadFileTest, ALineOf8189BytesAndItsLineFeedComesBackInOnePiece) {
+  const std::string line(8188, 'x');
+  EXPECT_EQ(expand(line + "$\n"), line + "\n");
+}
+
+TEST(LoadFileTest, EachPieceOfALongerLineLosesItsLastTwoBytes) {
+  const std::string piece = std::string(8188, 'x') + "ab";
+  EXPECT_EQ(expand(piece + piece + "rest$\n"), std::string(16376, 'x') + "rest\n");
+}
+
+TEST(LoadFileTest, ADollarBeforeTheLastByteOfAPieceBecomesALineBreak) {
+  EXPECT_EQ(expand(std::string(8188, 'x') + "$brest$\n"), std::string(8188, 'x') + "\nrest\n");
+}
+
+TEST(LoadFileTest, ALineFeedRightBehindAFullPieceIsAnEmptyLineAndRaisesTheStandardError) {
+  expectEraseError(std::string(8189, 'x') + "$\nrest$\n");
+}
+
+TEST(LoadFileTest, SeveralCompressedPartsAreReadAsOne) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("x.cfg", compress("a 1$\n") + compress("b 2$\n"))), "a 1\nb 2\n");
+}
+
+TEST(LoadFileTest, ALongCompressedFileIsReadToItsEnd) {
+  std::string bytes;
+  std::string text;
+  for (int i = 0; i < 20000; ++i) {
+    bytes += "item_" + std::to_string(i) + " 1$\n";
+    text += "item_" + std::to_string(i) + " 1\n";
+  }
+  EXPECT_EQ(expand(bytes), text);
+}
+
+// --- Broken compressed files ---------------------------------------------------------------------
+
+TEST(LoadFileTest, AFileOfTheSignatureAloneGivesAnEmptyText) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(loadText(folder.write("x.cfg", "\x1F\x8B")), "");
+}
+
+TEST(LoadFileTest, AFileThatOnlyPretendsToBeCompressedGivesAnEmptyText) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("x.cfg", COMPRESSED_NONSENSE);
+  const Loaded loaded = load(path, path);
+  EXPECT_EQ(loaded.result, LoadResult::LOADED);
+  EXPECT_EQ(loaded.text, "");
+}
+
+TEST(LoadFileTest, ACompressedFileWithoutItsChecksumGivesItsLines) {
+  const TemporaryFolder folder;
+  const std::string bytes = compress("a 1$\nb 2$\n");
+  EXPECT_EQ(loadText(folder.write("x.cfg", bytes.substr(0, bytes.size() - 8))), "a 1\nb 2\n");
+}
+
+TEST(LoadFileTest, TheLastLineOfACompressedFileCutShortLosesItsLastTwoBytes) {
+  const TemporaryFolder folder;
+  const std::string bytes = beginCompressed("alpha 1$\nbeta 2$\ngamma", 1000);
+  EXPECT_EQ(loadText(folder.write("x.cfg", bytes)), "alpha 1\nbeta 2\ngam");
+}
+
+TEST(LoadFileTest, ACompressedFileWithAWrongChecksumEndsWithoutAnError) {
+  const TemporaryFolder folder;
+  std::string bytes = compress("a 1$\n");
+  bytes[bytes.size() - 5] = static_cast<char>(bytes[bytes.size() - 5] ^ 1);
+  const std::string path = folder.write("x.cfg", bytes);
+  EXPECT_EQ(load(path, path).result, LoadResult::LOADED);
+}
+
+TEST(LoadFileTest, LinesWellBeforeTheDamageOfACompressedFileAreKept) {
+  std::string bytes;
+  std::string text;
+  for (int i = 0; i < 20000; ++i) {
+    bytes += "item_" + std::to_string(i) + " 1$\n";
+    text += "item_" + std::to_string(i) + " 1\n";
+  }
+  const TemporaryFolder folder;
+  const std::string part = loadText(folder.write("x.cfg", compress(bytes) + COMPRESSED_NONSENSE));
+  EXPECT_THAT(part, testing::StartsWith("item_0 1\nitem_1 1\n"));
+  EXPECT_THAT(text, testing::StartsWith(part));
+}
+
+// --- openFile ------------------------------------------------------------------------------------
+
+TEST(OpenFileTest, WritingMakesAFile) {
+  const TemporaryFolder folder;
+  QFile file;
+  ASSERT_TRUE(Quarry::openFile(file, folder.getPath("x.cfg"), QIODevice::WriteOnly));
+  file.write("a 1");
+  file.close();
+  EXPECT_EQ(folder.read("x.cfg"), "a 1");
+}
+
+TEST(OpenFileTest, WritingEmptiesAFile) {
+  const TemporaryFolder folder;
+  folder.write("x.cfg", "a longer text");
+  QFile file;
+  ASSERT_TRUE(Quarry::openFile(file, folder.getPath("x.cfg"), QIODevice::WriteOnly));
+  file.close();
+  EXPECT_EQ(folder.read("x.cfg"), "");
+}
+
+TEST(OpenFileTest, ReadingMakesNoFile) {
+  const TemporaryFolder folder;
+  QFile file;
+  EXPECT_FALSE(Quarry::openFile(file, folder.getPath("x.cfg"), QIODevice::ReadOnly));
+  EXPECT_FALSE(std::filesystem::exists(folder.getPath("x.cfg")));
+}
+
+TEST(OpenFileTest, ANameWithAZeroByteIsNotWritten) {
+  const TemporaryFolder folder;
+  QFile file;
+  const std::string path = folder.getPath("x") + std::string("\0y", 2);
+  EXPECT_FALSE(Quarry::openFile(file, path, QIODevice::WriteOnly));
+  EXPECT_FALSE(std::filesystem::exists(folder.getPath("x")));
+}

@@ -1,0 +1,240 @@
+// The numbers at the beginning of a text, compared with the C library's own reading.
+#include <Quarry/internal/NumberText.h>
+
+#include <gtest/gtest.h>
+
+#include <locale.h>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <string_view>
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+using Quarry::beginsWithDouble;
+using Quarry::beginsWithInt;
+using Quarry::readInteger;
+
+namespace {
+
+// --- The C library -------------------------------------------------------------------------------
+
+/// Puts the thread into the "C" locale for as long as it lives.
+class ClassicLocale {
+ public:
+  ClassicLocale() : classic(newlocale(LC_ALL_MASK, "C", nullptr)), previous(uselocale(classic)) {}
+  ClassicLocale(const ClassicLocale&) = delete;
+  ClassicLocale& operator=(const ClassicLocale&) = delete;
+  ~ClassicLocale() {
+    uselocale(previous);
+    freelocale(classic);
+  }
+
+ private:
+  locale_t classic;
+  locale_t previous;
+};
+
+bool scanInt(const std::string& text) {
+  int number = 0;
+  return std::sscanf(text.c_str(), "%d", &number) == 1;
+}
+
+bool scanDouble(const std::string& text) {
+  double number = 0;
+  return std::sscanf(text.c_str(), "%lf", &number) == 1;
+}
+
+long long readWithStrtol(const std::string& text) { return std::strtol(text.c_str(), nullptr, 10); }
+
+static_assert(sizeof(long) == 8);
+
+/// Compares all three with the C library. Digits stand behind the text, which a reading beyond its
+/// end would meet.
+testing::AssertionResult agrees(const std::string& text) {
+  const std::string padded = text + "77";
+  const std::string_view view(padded.data(), text.size());
+  if (beginsWithInt(view) != scanInt(text)) {
+    return testing::AssertionFailure() << "%d: " << testing::PrintToString(text);
+  }
+  if (beginsWithDouble(view) != scanDouble(text)) {
+    return testing::AssertionFailure() << "%lf: " << testing::PrintToString(text);
+  }
+  if (readInteger(view) != readWithStrtol(text)) {
+    return testing::AssertionFailure() << "strtol: " << testing::PrintToString(text);
+  }
+  return testing::AssertionSuccess();
+}
+
+// --- Words ---------------------------------------------------------------------------------------
+
+std::string drawWord(std::mt19937& random, std::string_view alphabet, std::size_t longest) {
+  std::string word(random() % (longest + 1), ' ');
+  for (char& byte : word)
+    byte = alphabet[random() % alphabet.size()];
+  return word;
+}
+
+/// Compares `count` words of random bytes of the alphabet.
+void checkWords(std::string_view alphabet, std::size_t longest, int count) {
+  const ClassicLocale classic;
+  std::mt19937 random(20);  // a fixed seed, so that a failure comes again
+  for (int i = 0; i < count; ++i)
+    ASSERT_TRUE(agrees(drawWord(random, alphabet, longest)));
+}
+
+/// Compares all words of up to `longest` bytes of the alphabet.
+void checkAllWords(std::string_view alphabet, std::size_t longest, const std::string& begin = "") {
+  ASSERT_TRUE(agrees(begin));
+  if (longest == 0) return;
+  for (const char byte : alphabet) {
+    checkAllWords(alphabet, longest - 1, begin + byte);
+    if (testing::Test::HasFatalFailure()) return;
+  }
+}
+
+}  // namespace
+
+// --- Compared with the C library -----------------------------------------------------------------
+
+TEST(NumberTextTest, AllWordsOfUpToTwoBytesAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  std::string alphabet;
+  for (int byte = 0; byte < 256; ++byte)
+    alphabet += static_cast<char>(byte);
+  checkAllWords(alphabet, 2);
+}
+
+TEST(NumberTextTest, AllShortWordsOfNumberBytesAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  checkAllWords(" \v\r+-.,09xXpPnNaAiIfeE\0"sv, 4);
+}
+
+TEST(NumberTextTest, AllShortHexadecimalWordsAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  checkAllWords("-0xXp.1afg"sv, 5);
+}
+
+TEST(NumberTextTest, AllWordsOfTheLettersOfInfinityAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  checkAllWords("infty"sv, 8);
+}
+
+TEST(NumberTextTest, EveryByteBehindEveryBeginningOfAWordIsReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  for (const std::string_view word : {"+infinity"sv, "-INFINITY"sv, "nan(1)"sv, "NaN"sv,
+                                      "0x1.8p+3"sv, "-12.5e+10"sv, "+.5E-7"sv, " \t\n\v\f\r-0"sv}) {
+    for (std::size_t length = 0; length <= word.size(); ++length) {
+      for (int byte = 0; byte < 256; ++byte) {
+        ASSERT_TRUE(agrees(std::string(word.substr(0, length)) + static_cast<char>(byte)));
+      }
+    }
+  }
+}
+
+TEST(NumberTextTest, AMillionWordsOfNumberBytesAreReadLikeTheCLibraryDoes) {
+  checkWords(" \t\n\v\f\r\0+-+-..,0123456789xXpPnNaAiIfFtTyYeE"sv, 12, 1'000'000);
+}
+
+TEST(NumberTextTest, AMillionWordsOfSignsAndDigitsAreReadLikeTheCLibraryDoes) {
+  checkWords("-+ .0123456789012345678901234567890123456789"sv, 24, 1'000'000);
+}
+
+TEST(NumberTextTest, AMillionWordsOfCapitalAndSmallLettersAreReadLikeTheCLibraryDoes) {
+  checkWords("+-00xXiInNfFtTyYaApP.1"sv, 9, 1'000'000);
+}
+
+TEST(NumberTextTest, WordsOfAnyBytesAreReadLikeTheCLibraryDoes) {
+  std::string alphabet;
+  for (int byte = 0; byte < 256; ++byte)
+    alphabet += static_cast<char>(byte);
+  checkWords(alphabet, 6, 200'000);
+}
+
+TEST(NumberTextTest, NumbersAroundTheLimitsAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  for (const char* sign : {"", "-", "+"}) {
+    for (const char* head : {"922337203685477", "00000922337203685477", "1844674407370955"}) {
+      for (int tail = 0; tail < 10'000; ++tail) {
+        ASSERT_TRUE(agrees(sign + (head + std::to_string(tail))));
+      }
+    }
+  }
+}
+
+TEST(NumberTextTest, LongRunsOfDigitsAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  for (std::size_t length = 1; length < 400; ++length) {
+    for (const char digit : {'0', '1', '9'}) {
+      ASSERT_TRUE(agrees(std::string(length, digit)));
+      ASSERT_TRUE(agrees("-" + std::string(length, digit)));
+      ASSERT_TRUE(agrees(std::string(length, digit) + ".5e9"));
+    }
+  }
+}
+
+// --- Facts worth a name --------------------------------------------------------------------------
+
+TEST(NumberTextTest, AnEmptyTextBeginsWithNoNumber) {
+  EXPECT_FALSE(beginsWithInt(""));
+  EXPECT_FALSE(beginsWithDouble(""));
+  EXPECT_FALSE(beginsWithInt(std::string_view()));
+  EXPECT_FALSE(beginsWithDouble(std::string_view()));
+}
+
+TEST(NumberTextTest, OnlyTheGivenBytesAreRead) {
+  EXPECT_FALSE(beginsWithInt("-1"sv.substr(0, 1)));
+  EXPECT_FALSE(beginsWithDouble("0x1"sv.substr(0, 2)));
+  EXPECT_FALSE(beginsWithDouble("nan"sv.substr(0, 2)));
+  EXPECT_EQ(readInteger("123"sv.substr(0, 2)), 12);
+}
+
+TEST(NumberTextTest, TheWhiteSpaceOfTheCLocaleIsPassedOver) {
+  EXPECT_TRUE(beginsWithInt(" \t\n\v\f\r1"));
+  EXPECT_TRUE(beginsWithDouble(" \t\n\v\f\r.5"));
+  EXPECT_EQ(readInteger(" \t\n\v\f\r1"), 1);
+}
+
+TEST(NumberTextTest, TheNonBreakingBlankIsNoWhiteSpace) {
+  EXPECT_FALSE(
+      beginsWithInt("\xA0"
+                    "1"));
+  EXPECT_FALSE(
+      beginsWithDouble("\xA0"
+                       "1"));
+  EXPECT_EQ(readInteger("\xA0"
+                        "1"),
+            0);
+}
+
+TEST(NumberTextTest, ACommaIsNoDecimalPointInAnyLocale) {
+  EXPECT_FALSE(beginsWithDouble(",5"));
+  EXPECT_TRUE(beginsWithDouble(".5"));
+}
+
+TEST(NumberTextTest, InfinityIsANumberAndABeginningOfItIsNone) {
+  EXPECT_TRUE(beginsWithDouble("inf"));
+  EXPECT_TRUE(beginsWithDouble("infinity"));
+  EXPECT_FALSE(beginsWithDouble("in"));
+  EXPECT_FALSE(beginsWithDouble("infin"));
+}
+
+TEST(NumberTextTest, NumbersThatDoNotFitAreTheNearest) {
+  EXPECT_EQ(readInteger("9223372036854775808"), std::numeric_limits<long long>::max());
+  EXPECT_EQ(readInteger("-9223372036854775809"), std::numeric_limits<long long>::min());
+}
+
+TEST(NumberTextTest, TheLargestAndTheLowestNumberFit) {
+  EXPECT_EQ(readInteger("9223372036854775807"), std::numeric_limits<long long>::max());
+  EXPECT_EQ(readInteger("-9223372036854775808"), std::numeric_limits<long long>::min());
+}
+
+TEST(NumberTextTest, ATextWithoutDigitsReadsAsZero) {
+  EXPECT_EQ(readInteger(""), 0);
+  EXPECT_EQ(readInteger("x"), 0);
+  EXPECT_EQ(readInteger("- 1"), 0);
+}
