@@ -138,7 +138,8 @@ TEST(ParserWordStreamTest, AQuotedStringIsOneWordWithItsQuotes) {
 }
 
 TEST(ParserWordStreamTest, AQuoteAsTheFirstByteOfTheTextOpens) {
-  EXPECT_THAT(cut("\"a b\""), ElementsAre("\"a b\""));
+  const std::string text = "\"a text that is too long to be held within the string object\"";
+  EXPECT_THAT(cut(text), ElementsAre(text));
 }
 
 TEST(ParserWordStreamTest, AClosingQuoteDoesNotEndTheWord) {

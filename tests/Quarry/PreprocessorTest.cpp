@@ -407,6 +407,10 @@ TEST_F(PreprocessorTest, ABackslashFurtherBackDoesNotEscape) {
   EXPECT_EQ(strip(R"(s "\a"//b)"), R"(s "\a")");
 }
 
+TEST_F(PreprocessorTest, ABackslashFurtherBackDoesNotCount) {
+  EXPECT_EQ(strip(R"(s "\a\"//b")"), R"(s "\a\"//b")");
+}
+
 TEST_F(PreprocessorTest, AStringGoesOnOverALineFeed) {
   EXPECT_EQ(strip("s \"a\n//b\" //c"), "s \"a\n//b\" ");
 }
