@@ -3,10 +3,12 @@
 #include <Plinth/Console.h>
 #include <Plinth/Label.h>
 
+#include "internal/BinaryWriter.h"
 #include "internal/FileAccess.h"
 #include "internal/Messages.h"
 #include "internal/Preprocessor.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace Quarry {
@@ -15,6 +17,9 @@ namespace {
 
 constexpr double WRITTEN_VERSION = 1.1;
 constexpr char VERSION_KEYWORD[] = "#SerialVersion";
+
+constexpr std::string_view BINARY_TAG = "QDBF";
+constexpr std::size_t SHORTEST_BINARY = 9;
 
 /// The preprocessor's sink: collects what stays and gives warnings on the console.
 class TextCollector {
@@ -45,6 +50,13 @@ void declareVersion(const ParserGroup& root, std::string& text) {
   } else {
     keyword->setDouble(WRITTEN_VERSION, 0);
   }
+}
+
+/// Says why, and that, data is no binary document; returns false.
+bool refuseBinary(const std::string& reason) {
+  Plinth::console.print(reason, std::string());
+  Plinth::console.warning(Messages::unknownContainer(), std::string());
+  return false;
 }
 
 }  // namespace
@@ -113,6 +125,25 @@ double ParserFile::preprocessFile(std::string& out, const std::string& file,
                                   std::set<std::string>& /*included*/) {
   TextCollector collector(out);
   return Preprocessor(searchPaths, collector).process(file);
+}
+
+// --- Binary --------------------------------------------------------------------------------------
+
+std::vector<char> ParserFile::getBinary() const {
+  std::vector<char> data(BINARY_TAG.begin(), BINARY_TAG.end());
+  BinaryWriter(data).writeGroup(*root);
+  return data;
+}
+
+/// The shortest data that is looked at is shorter than the shortest document; the root's own checks
+/// find that out.
+bool ParserFile::setBinary(const std::vector<char>& data) {
+  if (data.size() < SHORTEST_BINARY) return refuseBinary(Messages::containerTooShort());
+  if (!std::equal(BINARY_TAG.begin(), BINARY_TAG.end(), data.begin())) {
+    return refuseBinary(Messages::unknownContainerTag());
+  }
+  unsigned long position = BINARY_TAG.size();
+  return root->setBinary(data, position);
 }
 
 }  // namespace Quarry

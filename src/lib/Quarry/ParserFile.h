@@ -129,6 +129,21 @@ class QUARRY_EXPORT ParserFile {
   /// @throws std::out_of_range as read()
   double preprocessFile(std::string& out, const std::string& file, std::set<std::string>& included);
 
+  // --- Binary ------------------------------------------------------------------------------------
+
+  /// Returns the document in the binary form: the four bytes "QDBF" and the root's frame without
+  /// its name. The version is not part of it.
+  std::vector<char> getBinary() const;
+
+  /// Appends the items of a binary document to the root group; see ParserGroup::setBinary().
+  ///
+  /// Data of less than nine bytes is printed as "ParserFile.setBinary: data too short\n", other
+  /// data that does not begin with "QDBF" as "ParserFile.setBinary: Unknown data tag\n"; both are
+  /// then warned of as "ParserFile.setBinary: Unknown format\n" and leave the tree as it is.
+  ///
+  /// @return whether all of the document was read
+  bool setBinary(const std::vector<char>& data);
+
  private:
   std::string filename;
   std::string directory;

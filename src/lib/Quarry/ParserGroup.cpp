@@ -3,6 +3,8 @@
 #include <Plinth/Exception.h>
 #include <Quarry/ParserWord.h>
 
+#include "internal/BinaryReader.h"
+#include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
 #include "internal/ParserWordStream.h"
 #include "internal/TextParser.h"
@@ -192,6 +194,19 @@ bool ParserGroup::setText(const std::string& text, const double& version) {
 bool ParserGroup::setText(ParserWordStream& stream) {
   TreeBuilder builder(*this);
   return TextParser(stream, builder).parse();
+}
+
+// --- Binary --------------------------------------------------------------------------------------
+
+std::vector<char> ParserGroup::getBinary(const bool& withName) const {
+  std::vector<char> buffer;
+  if (withName) ParserValue::stringToBin(buffer, name);
+  BinaryWriter(buffer).writeGroup(*this);
+  return buffer;
+}
+
+bool ParserGroup::setBinary(const std::vector<char>& data, unsigned long& pos) {
+  return BinaryReader(data, pos).readGroup(*this);
 }
 
 }  // namespace Quarry

@@ -134,7 +134,30 @@ class QUARRY_EXPORT ParserGroup {
   /// library's own use.
   bool setText(ParserWordStream& stream);
 
+  // --- Binary ----------------------------------------------------------------------------------
+
+  /// Returns the group's frame in the binary form: its name, when `withName`, then the size of its
+  /// items in bytes and the items, keywords among them.
+  std::vector<char> getBinary(const bool& withName) const;
+
+  /// Reads a group frame without a name and appends its items to those that the group holds.
+  ///
+  /// The binary form does not tell plain items from keywords. Items that come from it are written
+  /// and copied like all others, but no lookup finds them and getItemCount() does not count them
+  /// until removeItem() has been called; in a copy of the group they can be looked up.
+  ///
+  /// Warnings: "ParserGroup::setBinary: ParserGroup size larger than the given data\n" and
+  /// "ParserGroup::setBinary: Failed to read item name\n".
+  ///
+  /// @param data the bytes
+  /// @param pos where the frame begins, in bytes from 0; moved behind what was read
+  /// @return false when the frame or one of its items is broken; the items before that stay. What
+  ///         is broken in a nested group ends that group only
+  bool setBinary(const std::vector<char>& data, unsigned long& pos);
+
  private:
+  friend class BinaryReader;
+  friend class BinaryWriter;
   friend class TextWriter;
   friend class TreeBuilder;
   friend class TreeCopier;

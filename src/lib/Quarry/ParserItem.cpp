@@ -5,6 +5,8 @@
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserWord.h>
 
+#include "internal/BinaryReader.h"
+#include "internal/BinaryWriter.h"
 #include "internal/StringText.h"
 #include "internal/TextWriter.h"
 
@@ -281,6 +283,18 @@ void ParserItem::getText(std::string& out, const bool& multiline,
 void ParserItem::getValueText(std::string& out, const bool& multiline,
                               const unsigned long& indent) const {
   TextWriter(out, multiline).writeValues(*this, indent);
+}
+
+// --- Binary --------------------------------------------------------------------------------------
+
+std::vector<char> ParserItem::getBinary() const {
+  std::vector<char> buffer;
+  BinaryWriter(buffer).writeItem(*this);
+  return buffer;
+}
+
+bool ParserItem::setBinary(const std::vector<char>& data, unsigned long& pos) {
+  return BinaryReader(data, pos).readItem(*this);
 }
 
 }  // namespace Quarry

@@ -191,7 +191,25 @@ class QUARRY_EXPORT ParserItem {
   /// for none.
   void getValueText(std::string& out, const bool& multiline, const unsigned long& indent) const;
 
+  // --- Binary ----------------------------------------------------------------------------------
+
+  /// Returns the item's frame in the binary form: name, size, and its values. The item's kind,
+  /// place, array size, template and folding are not part of it.
+  std::vector<char> getBinary() const;
+
+  /// Appends the values of an item frame to those that the item holds already.
+  /// @param data the bytes
+  /// @param pos where the frame goes on behind the name, in bytes from 0; moved behind what was
+  ///            read
+  /// @return false for a size that exceeds the data, which is printed on the console as
+  ///         "ParserItem::setBinary:  'name', chunk size (99) is larger than the given buffer
+  ///         (12)", for a frame that is cut short, and for a value that cannot be read; the values
+  ///         before it stay
+  bool setBinary(const std::vector<char>& data, unsigned long& pos);
+
  private:
+  friend class BinaryReader;
+  friend class BinaryWriter;
   friend class ParserGroup;
   friend class TextWriter;
   friend class TreeBuilder;

@@ -5,7 +5,10 @@
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserWord.h>
 
+#include "internal/BinaryNumber.h"
+#include "internal/BinaryReader.h"
 #include "internal/BinaryText.h"
+#include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
 #include "internal/NumberText.h"
 #include "internal/StringText.h"
@@ -318,6 +321,119 @@ void ParserValue::makeText() const {
 
 void ParserValue::wordToBinaryData(void*& data, unsigned long& size, const ParserWord& word) {
   data = readBinaryText({word.begin(), word.length}, size).release();
+}
+
+// --- Binary --------------------------------------------------------------------------------------
+
+void ParserValue::getBinary(std::vector<char>& buffer, unsigned long& count,
+                            const bool& withTag) const {
+  const unsigned long before = buffer.size();
+  if (withTag) appendTag(buffer);
+  appendPayload(buffer);
+  count += buffer.size() - before;
+}
+
+void ParserValue::appendTag(std::vector<char>& buffer) const { charToBin(buffer, lowByte(type)); }
+
+void ParserValue::appendPayload(std::vector<char>& buffer) const {
+  switch (type) {
+    case TYPE_GROUP: appendGroup(buffer); break;
+    case TYPE_BOOL: boolToBin(buffer, getAsBool()); break;
+    case TYPE_CHAR: charToBin(buffer, getAsChar()); break;
+    case TYPE_INT: intToBin(buffer, getAsInt()); break;
+    case TYPE_DOUBLE: doubleToBin(buffer, getAsDouble()); break;
+    case TYPE_STRING: stringToBin(buffer, getAsString()); break;
+    case TYPE_BINARYDATA: {
+      unsigned long size = 0;
+      void* bytes = getAsBinaryData(size);
+      binaryDataToBin(buffer, bytes, size);
+      break;
+    }
+    case TYPE_EMPTY: break;
+  }
+}
+
+/// A group that was cleared is written as one without items.
+void ParserValue::appendGroup(std::vector<char>& buffer) const {
+  if (const ParserGroup* group = getGroup()) {
+    groupToBin(buffer, *group);
+  } else {
+    sizeToBin(buffer, 0);
+  }
+}
+
+unsigned long ParserValue::boolToBin(std::vector<char>& buffer, const bool& value) {
+  return appendNumber(buffer, value ? 1 : 0, BOOL_BYTES);
+}
+
+bool ParserValue::binToBool(const std::vector<char>& buffer, unsigned long& pos) {
+  return BinaryReader(buffer, pos).readNumber(BOOL_BYTES) != 0;
+}
+
+unsigned long ParserValue::charToBin(std::vector<char>& buffer, const char& value) {
+  return appendNumber(buffer, static_cast<unsigned char>(value), CHAR_BYTES);
+}
+
+char ParserValue::binToChar(const std::vector<char>& buffer, unsigned long& pos) {
+  return static_cast<char>(BinaryReader(buffer, pos).readNumber(CHAR_BYTES));
+}
+
+unsigned long ParserValue::intToBin(std::vector<char>& buffer, const int& value) {
+  return appendNumber(buffer, static_cast<unsigned>(value), INT_BYTES);
+}
+
+int ParserValue::binToInt(const std::vector<char>& buffer, unsigned long& pos) {
+  return static_cast<int>(BinaryReader(buffer, pos).readNumber(INT_BYTES));
+}
+
+unsigned long ParserValue::doubleToBin(std::vector<char>& buffer, const double& value) {
+  return appendNumber(buffer, toBits(value), DOUBLE_BYTES);
+}
+
+double ParserValue::binToDouble(const std::vector<char>& buffer, unsigned long& pos) {
+  return toDouble(BinaryReader(buffer, pos).readNumber(DOUBLE_BYTES));
+}
+
+unsigned long ParserValue::sizeToBin(std::vector<char>& buffer, const unsigned long& value) {
+  return appendNumber(buffer, value, SIZE_BYTES);
+}
+
+unsigned long ParserValue::binTosize(const std::vector<char>& buffer, unsigned long& pos) {
+  return BinaryReader(buffer, pos).readNumber(SIZE_BYTES);
+}
+
+unsigned long ParserValue::stringToBin(std::vector<char>& buffer, const std::string& value) {
+  const char* begin = value.c_str();
+  const unsigned long count = value.size() + 1;  // with the zero byte
+  buffer.insert(buffer.end(), begin, begin + count);
+  return count;
+}
+
+std::string ParserValue::binToString(const std::vector<char>& buffer, unsigned long& pos) {
+  return BinaryReader(buffer, pos).readString();
+}
+
+unsigned long ParserValue::binaryDataToBin(std::vector<char>& buffer, void* bytes,
+                                           const unsigned long& size) {
+  const unsigned long frame = sizeToBin(buffer, size);
+  const char* begin = static_cast<const char*>(bytes);
+  if (size > 0) buffer.insert(buffer.end(), begin, begin + size);
+  return frame + size;
+}
+
+void* ParserValue::binToBinaryData(const std::vector<char>& buffer, unsigned long& pos,
+                                   unsigned long& size) {
+  return BinaryReader(buffer, pos).readBlock(size).release();
+}
+
+unsigned long ParserValue::groupToBin(std::vector<char>& buffer, const ParserGroup& group) {
+  const unsigned long before = buffer.size();
+  BinaryWriter(buffer).writeGroup(group);
+  return buffer.size() - before;
+}
+
+ParserValue* ParserValue::binTovalue(const std::vector<char>& buffer, unsigned long& pos) {
+  return BinaryReader(buffer, pos).readValue().release();
 }
 
 }  // namespace Quarry

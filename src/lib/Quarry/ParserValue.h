@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Quarry {
 
@@ -171,7 +172,64 @@ class QUARRY_EXPORT ParserValue {
   /// @param size receives the number of bytes
   static void wordToBinaryData(void*& data, unsigned long& size, const ParserWord& word);
 
+  // --- Binary ----------------------------------------------------------------------------------
+
+  /// Appends the value's binary form to `buffer`: its type as one byte, when `withTag`, and its
+  /// typed data, converted from the text where there is only that. The empty tag and types outside
+  /// the enumeration have no data. Nested groups may be of any depth.
+  /// @param count is increased by the number of bytes appended
+  void getBinary(std::vector<char>& buffer, unsigned long& count, const bool& withTag) const;
+
+  /// The encoders append to `buffer`, little-endian on every machine, and return the number of
+  /// bytes that they appended: 1, 1, 4, 8, 8, the string's length and a zero byte, the block's
+  /// size (8 bytes) and bytes, the group's frame.
+  ///
+  /// The decoders read at `pos`, in bytes from 0, and move it behind what they have read. Where
+  /// fewer bytes are left than a number needs, they return 0 (false, 0.0) and leave `pos` at the
+  /// end of the data.
+
+  static unsigned long boolToBin(std::vector<char>& buffer, const bool& value);
+  /// Any byte but 0 is true.
+  static bool binToBool(const std::vector<char>& buffer, unsigned long& pos);
+
+  static unsigned long charToBin(std::vector<char>& buffer, const char& value);
+  static char binToChar(const std::vector<char>& buffer, unsigned long& pos);
+
+  static unsigned long intToBin(std::vector<char>& buffer, const int& value);
+  static int binToInt(const std::vector<char>& buffer, unsigned long& pos);
+
+  static unsigned long doubleToBin(std::vector<char>& buffer, const double& value);
+  static double binToDouble(const std::vector<char>& buffer, unsigned long& pos);
+
+  static unsigned long sizeToBin(std::vector<char>& buffer, const unsigned long& value);
+  static unsigned long binTosize(const std::vector<char>& buffer, unsigned long& pos);
+
+  /// A string that holds a zero byte is read back only up to that byte.
+  static unsigned long stringToBin(std::vector<char>& buffer, const std::string& value);
+  /// Without a zero byte behind it a string is not read: the warning "ParserValue::binTostring:
+  /// Failed to parse string\n" is given, an empty string returned, and `pos` is at the end.
+  static std::string binToString(const std::vector<char>& buffer, unsigned long& pos);
+
+  static unsigned long binaryDataToBin(std::vector<char>& buffer, void* bytes,
+                                       const unsigned long& size);
+  /// Returns a new array, which the caller frees with `delete[]` as `char*`, and sets `size`. An
+  /// empty block gives null. Where fewer bytes are left than the size promises, the warning
+  /// "ParserValue::binToBinaryData: Failed to parse string\n" is given, null returned with size 0,
+  /// and `pos` is at the end.
+  static void* binToBinaryData(const std::vector<char>& buffer, unsigned long& pos,
+                               unsigned long& size);
+
+  static unsigned long groupToBin(std::vector<char>& buffer, const ParserGroup& group);
+
+  /// Reads a tag and what belongs to it. Decoded values hold typed data and no text.
+  /// @return a new value, which the caller owns; null for the empty tag, an unknown tag, the end
+  ///         of the data, and a number that is cut short. What is broken within a group gives the
+  ///         group as far as it was read.
+  static ParserValue* binTovalue(const std::vector<char>& buffer, unsigned long& pos);
+
  private:
+  friend class BinaryReader;
+  friend class BinaryWriter;
   friend class ParserItem;
   friend class TextWriter;
   friend class TreeCopier;
@@ -201,6 +259,9 @@ class QUARRY_EXPORT ParserValue {
   void copyData(const ParserValue& other);
   void makeText() const;
   void appendText(std::string& out) const;
+  void appendTag(std::vector<char>& buffer) const;
+  void appendPayload(std::vector<char>& buffer) const;
+  void appendGroup(std::vector<char>& buffer) const;
 
   Type type;
   mutable bool dataValid;  ///< `data` is present and current

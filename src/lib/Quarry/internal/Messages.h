@@ -54,6 +54,36 @@ inline std::string invalidItemName(const std::string& name) {
   return "ParserGroup::addItem: '" + name + "' is not a valid item name\n";
 }
 
+// --- Binary form ---------------------------------------------------------------------------------
+
+inline std::string stringNotRead() { return "ParserValue::binTostring: Failed to parse string\n"; }
+
+/// It says "string" of a block, and has since the first version.
+inline std::string blockNotRead() {
+  return "ParserValue::binToBinaryData: Failed to parse string\n";
+}
+
+inline std::string groupLargerThanData() {
+  return "ParserGroup::setBinary: ParserGroup size larger than the given data\n";
+}
+
+inline std::string itemNameNotRead() {
+  return "ParserGroup::setBinary: Failed to read item name\n";
+}
+
+/// Printed, not warned of, and without a line feed.
+inline std::string chunkLargerThanData(const std::string& item, const unsigned long& chunk,
+                                       const unsigned long& data) {
+  return "ParserItem::setBinary:  '" + item + "', chunk size (" + Plinth::getLabel(chunk) +
+         ") is larger than the given buffer (" + Plinth::getLabel(data) + ")";
+}
+
+inline std::string containerTooShort() { return "ParserFile.setBinary: data too short\n"; }
+
+inline std::string unknownContainerTag() { return "ParserFile.setBinary: Unknown data tag\n"; }
+
+inline std::string unknownContainer() { return "ParserFile.setBinary: Unknown format\n"; }
+
 // --- Files ---------------------------------------------------------------------------------------
 
 inline std::string fileNotFound(const std::string& name) {
