@@ -1,6 +1,7 @@
 #include <Quarry/ParserGroup.h>
 
 #include <Plinth/Exception.h>
+#include <Plinth/Expression.h>
 #include <Quarry/ParserWord.h>
 
 #include "internal/BinaryReader.h"
@@ -86,6 +87,11 @@ std::vector<ParserItem*> ParserGroup::getEntries(const std::string& wanted) cons
     if (item != nullptr && item->name == wanted) entries.push_back(item);
   }
   return entries;
+}
+
+ParserItems ParserGroup::getItems(const std::string& pattern) const {
+  const ParserItems all = ParserItems::select(items);
+  return pattern.empty() ? all : all.getMatching(Plinth::Expression(pattern));
 }
 
 // --- Change --------------------------------------------------------------------------------------

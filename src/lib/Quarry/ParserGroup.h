@@ -3,6 +3,7 @@
 
 #include <Quarry/Export.h>
 #include <Quarry/ParserItem.h>
+#include <Quarry/ParserItems.h>
 
 #include <memory>
 #include <string>
@@ -66,6 +67,13 @@ class QUARRY_EXPORT ParserGroup {
 
   /// Returns every plain item called `wanted`, in order; an empty vector when there is none.
   std::vector<ParserItem*> getEntries(const std::string& wanted) const;
+
+  /// Returns the items that are no keywords, in list order: all of them for an empty pattern, else
+  /// those in whose name the regular expression is found (RE2 syntax, see Plinth::Expression).
+  ///
+  /// The collection is a live view of the group, also of items that came from binary data, and must
+  /// not outlive it. A pattern that does not compile gives a warning and an empty collection.
+  ParserItems getItems(const std::string& pattern) const;
 
   // --- Change ----------------------------------------------------------------------------------
 
