@@ -206,3 +206,61 @@ TEST(ValueMessageTest, AnItemNameThatIsRefused) {
   }
   expectInManual("ParserGroup::addItem: '2nd' is not a valid item name\n");
 }
+
+// --- The binary form -----------------------------------------------------------------------------
+
+namespace {
+
+struct BrokenData {
+  std::string name;
+  std::string data;
+  std::vector<std::string> messages;
+};
+
+class BinaryMessageTest : public testing::TestWithParam<BrokenData> {};
+
+/// Returns a size of one byte as eight.
+std::string sizeOf(char bytes) { return bytes + std::string(7, '\0'); }
+
+const std::string TAG = "QDBF";
+const std::string KIND(1, '\0');
+const std::string END(1, '\0');
+
+const std::vector<BrokenData> BROKEN_DATA = {
+    {"TooShort",
+     "QDBF",
+     {"ParserFile.setBinary: data too short\n", "ParserFile.setBinary: Unknown format\n"}},
+    {"AnotherTag",
+     "not a document",
+     {"ParserFile.setBinary: Unknown data tag\n", "ParserFile.setBinary: Unknown format\n"}},
+    {"LargeGroup",
+     TAG + sizeOf(9),
+     {"ParserGroup::setBinary: ParserGroup size larger than the given data\n"}},
+    {"NoName", TAG + sizeOf(1) + END, {"ParserGroup::setBinary: Failed to read item name\n"}},
+    {"LargeItem",
+     TAG + sizeOf(28) + "title" + END + sizeOf(100) + KIND + std::string(13, '\0'),
+     {"ParserItem::setBinary:  'title', chunk size (100) is larger than the given buffer (40)"}},
+    {"EndlessString",
+     TAG + sizeOf(14) + "a" + END + sizeOf(4) + KIND + '\5' + "xy",
+     {"ParserValue::binTostring: Failed to parse string\n"}},
+    {"LargeBlock",
+     TAG + sizeOf(21) + "a" + END + sizeOf(11) + KIND + '\6' + sizeOf(9) + "x",
+     {"ParserValue::binToBinaryData: Failed to parse string\n"}}};
+
+std::string nameOfData(const testing::TestParamInfo<BrokenData>& info) { return info.param.name; }
+
+}  // namespace
+
+TEST_P(BinaryMessageTest, StandsInTheManual) {
+  const RecordingConsole console;
+  const std::string& data = GetParam().data;
+  ParserFile().setBinary({data.begin(), data.end()});
+  std::vector<std::string> texts;
+  for (const Message& message : console.getMessages())
+    texts.push_back(message.text);
+  EXPECT_EQ(texts, GetParam().messages);
+  for (const std::string& text : texts)
+    expectInManual(text);
+}
+
+INSTANTIATE_TEST_SUITE_P(BrokenData, BinaryMessageTest, testing::ValuesIn(BROKEN_DATA), nameOfData);
