@@ -123,6 +123,22 @@ Workload make(const fs::path& path, const std::string& text) {
 
 }  // namespace
 
+std::string makeDeepText(std::int64_t depth) {
+  std::string text;
+  for (std::int64_t i = 0; i < depth; ++i)
+    text += "g { ";
+  for (std::int64_t i = 0; i < depth; ++i)
+    text += "} ";
+  return text;
+}
+
+std::string makeWideText(std::int64_t count) {
+  std::string text;
+  for (std::int64_t i = 0; i < count; ++i)
+    text += "item " + std::to_string(i) + "\n";
+  return text;
+}
+
 std::vector<Workload> makeWorkloads(const std::string& folder) {
   const fs::path place(folder);
   return {make(place / "numbers.cfg", makeNumbers()), make(place / "strings.cfg", makeStrings()),

@@ -1,6 +1,7 @@
 /// The documents that are measured.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,12 @@ struct Workload {
 ///
 /// @param folder where their files are written
 std::vector<Workload> makeWorkloads(const std::string& folder);
+
+/// Returns the text of so many groups, each in the other.
+std::string makeDeepText(std::int64_t depth);
+
+/// Returns the text of so many items, all of one name.
+std::string makeWideText(std::int64_t count);
 
 /// Opens every `*.cfg` of a folder. Throws std::runtime_error when there is none or one cannot be
 /// read.

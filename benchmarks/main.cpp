@@ -30,6 +30,9 @@ using Quarry::ParserGroup;
 using Quarry::ParserItem;
 using QuarryBenchmarks::Workload;
 
+constexpr std::int64_t SMALLEST_SCALE = 1 << 17;
+constexpr std::int64_t LARGEST_SCALE = 1 << 20;
+
 std::unique_ptr<ParserGroup> parse(const Workload& workload) {
   auto root = std::make_unique<ParserGroup>("root");
   root->setText(workload.text, workload.version);
@@ -78,6 +81,16 @@ void write(State& state, const Workload& workload) {
   }
 }
 
+/// Without the blanks of indentation, which deep groups would need more of than of anything else.
+void writeOneLine(State& state, const Workload& workload) {
+  const std::unique_ptr<ParserGroup> root = parse(workload);
+  for ([[maybe_unused]] auto _ : state) {
+    std::string text;
+    root->getText(text, false, false, 1);
+    benchmark::DoNotOptimize(text.data());
+  }
+}
+
 /// A deep copy, and its end.
 void copy(State& state, const Workload& workload) {
   const std::unique_ptr<ParserGroup> root = parse(workload);
@@ -108,6 +121,23 @@ void preprocess(State& state, const Workload& workload) {
   }
 }
 
+/// To the binary form. The values have their numbers from the first round on.
+void encode(State& state, const Workload& workload) {
+  const std::unique_ptr<ParserGroup> root = parse(workload);
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(root->getBinary(false).data());
+}
+
+/// From the binary form to a tree, and the tree's end.
+void decode(State& state, const Workload& workload) {
+  const std::vector<char> data = parse(workload)->getBinary(false);
+  for ([[maybe_unused]] auto _ : state) {
+    ParserGroup root("root");
+    unsigned long position = 0;
+    benchmark::DoNotOptimize(root.setBinary(data, position));
+  }
+}
+
 // --- Running -------------------------------------------------------------------------------------
 
 using Operation = void (*)(State&, const Workload&);
@@ -122,13 +152,40 @@ void measure(State& state, const Workload& workload, Operation operation) {
 
 void registerBenchmarks(const std::vector<Workload>& workloads) {
   const std::vector<std::pair<std::string, Operation>> operations = {
-      {"Read", read}, {"ReadNumbers", readNumbers}, {"Write", write},
-      {"Copy", copy}, {"ReadFile", readFile},       {"Preprocess", preprocess}};
+      {"Read", read},         {"ReadNumbers", readNumbers}, {"Write", write},   {"Copy", copy},
+      {"ReadFile", readFile}, {"Preprocess", preprocess},   {"Encode", encode}, {"Decode", decode}};
   for (const auto& [name, operation] : operations) {
     for (const Workload& workload : workloads) {
       benchmark::RegisterBenchmark((name + "/" + workload.name).c_str(), measure, workload,
                                    operation)
           ->Unit(benchmark::kMillisecond);
+    }
+  }
+}
+
+/// Measures trees of doubled sizes: the time has to double with them.
+void registerScaling() {
+  using Make = std::string (*)(std::int64_t);
+  const std::vector<std::pair<std::string, Make>> shapes = {
+      {"deep", QuarryBenchmarks::makeDeepText}, {"wide", QuarryBenchmarks::makeWideText}};
+  const std::vector<std::pair<std::string, Operation>> operations = {{"Read", read},
+                                                                     {"Copy", copy},
+                                                                     {"WriteOneLine", writeOneLine},
+                                                                     {"Encode", encode},
+                                                                     {"Decode", decode}};
+  for (const auto& [name, operation] : operations) {
+    for (const auto& [shape, make] : shapes) {
+      const auto scale = [make = make, operation = operation](State& state) {
+        const std::string text = make(state.range(0));
+        const auto count = static_cast<unsigned long>(state.range(0));
+        measure(state, Workload{"", "", text, 1.1, count}, operation);
+        state.SetComplexityN(state.range(0));
+      };
+      benchmark::RegisterBenchmark(("Scaling" + name + "/" + shape).c_str(), scale)
+          ->Unit(benchmark::kMillisecond)
+          ->RangeMultiplier(2)
+          ->Range(SMALLEST_SCALE, LARGEST_SCALE)
+          ->Complexity(benchmark::oN);
     }
   }
 }
@@ -171,6 +228,7 @@ int run(int argc, char** argv) {
   const TemporaryFolder folder;
   registerBenchmarks(QuarryBenchmarks::makeWorkloads(folder.getPath()));
   if (!documents.empty()) registerBenchmarks(QuarryBenchmarks::openWorkloads(documents));
+  registerScaling();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;

@@ -7,13 +7,16 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "support/Bytes.h"
 #include "support/Documents.h"
+#include "support/RecordingConsole.h"
 
 using Quarry::ParserGroup;
 using Quarry::ParserItem;
@@ -294,6 +297,41 @@ TEST(DeepTreeTest, IsWrittenOnManyLinesWithTheBlanksOfEachLevel) {
 
 // --- Deep: values that hold one ------------------------------------------------------------------
 
+TEST(DeepTreeTest, IsEncodedAndDecoded) {
+  runOnSmallStack([] {
+    const std::vector<char> data = makeDeepTree()->getBinary(false);
+    ParserGroup decoded("root");
+    unsigned long position = 0;
+    EXPECT_TRUE(decoded.setBinary(data, position));
+    EXPECT_TRUE(writeOneLine(decoded) == deepText());
+    EXPECT_TRUE(decoded.getBinary(false) == data);
+  });
+}
+
+TEST(DeepTreeTest, IsDecodedAsTheValueOfItsItem) {
+  runOnSmallStack([] {
+    const std::vector<char> data = makeDeepItem()->getBinary();
+    ParserItem decoded("g", ParserItem::ITEM_PLAIN, 0, 0);
+    unsigned long position = std::string("g").size() + 1;
+    EXPECT_TRUE(decoded.setBinary(data, position));
+    EXPECT_TRUE(decoded.getBinary() == data);
+  });
+}
+
+TEST(DeepTreeTest, IsRefusedAtItsFirstItemWhenItIsCutShort) {
+  runOnSmallStack([] {
+    std::vector<char> data = makeDeepTree()->getBinary(false);
+    data.resize(data.size() / 2);
+    const std::vector<char> size = TestSupport::makeSize(data.size() - 8);
+    std::copy(size.begin(), size.end(), data.begin());  // only the size of the root is made to fit
+    const TestSupport::RecordingConsole console;
+    ParserGroup decoded("root");
+    unsigned long position = 0;
+    EXPECT_FALSE(decoded.setBinary(data, position));
+    EXPECT_EQ(position, 8UL + 2 + 8);
+  });
+}
+
 TEST(DeepTreeTest, IsFreedByResettingItsItem) {
   runOnSmallStack([] {
     const auto item = makeDeepItem();
@@ -342,6 +380,18 @@ TEST(WideTreeTest, IsRead) {
   const auto root = readText(wideText());
   EXPECT_EQ(root->getItemCount(), MANY);
   EXPECT_EQ(root->getItem(MANY / 2)->getInt(0), static_cast<int>(MANY / 2));
+}
+
+TEST(WideTreeTest, IsEncodedAndDecoded) {
+  const std::vector<char> data = makeWideTree()->getBinary(false);
+  ParserGroup decoded("root");
+  unsigned long position = 0;
+  EXPECT_TRUE(decoded.setBinary(data, position));
+  EXPECT_TRUE(decoded.getBinary(false) == data);
+}
+
+TEST(WideTreeTest, SelectsItemsByTheirNames) {
+  EXPECT_EQ(makeAlternatingTree()->getItems("^odd$").getCount(), MANY / 2);
 }
 
 TEST(WideTreeTest, FindsEveryItemByItsIndex) {
