@@ -46,6 +46,18 @@ TEST(CommandLineTest, HelpOfRewriteHasAnExample) {
   checkHelp({"rewrite", "--help"}, "quarry rewrite project.cfg | diff -u project.cfg -");
 }
 
+TEST(CommandLineTest, HelpOfEncodeHasAnExample) {
+  checkHelp({"encode", "--help"}, "quarry encode project.cfg -o project.qdb");
+}
+
+TEST(CommandLineTest, HelpOfDecodeTellsHowNumbersAreWritten) {
+  checkHelp({"decode", "--help"}, "Numbers are written in digits");
+}
+
+TEST(CommandLineTest, HelpOfFindTellsItsExitStatuses) {
+  checkHelp({"find", "--help"}, "Exit status: 0 found, 1 nothing found");
+}
+
 TEST(CommandLineTest, ACommandIsNeeded) {
   checkRefused({}, "A command is missing; quarry --help tells more.");
 }
@@ -113,9 +125,18 @@ TEST(CommandLineTest, AFullDiskUnderHelpIsNoticed) {
   EXPECT_EQ(runIntoFullDevice({"--help"}, "").status, 2);
 }
 
-TEST(CommandLineTest, ABrokenPipeIsNoticed) {
-  EXPECT_EQ(runIntoBrokenPipe({"words", "-"}, "a 1"),
-            (Result{2, "", "quarry: error: Cannot write to standard output: Broken pipe.\n"}));
+TEST(CommandLineTest, ABrokenPipeEndsTheToolWithoutAMessage) {
+  EXPECT_EQ(runIntoBrokenPipe({"words", "-"}, "a 1"), (Result{2, "", ""}));
+}
+
+TEST(CommandLineTest, WarningsBeforeABrokenPipeAreShown) {
+  EXPECT_EQ(
+      runIntoBrokenPipe({"tree", "-"}, ", a 1"),
+      (Result{2, "", "quarry: warning: ParserGroup::setText: (1:0) item ',' wrongly placed.\n"}));
+}
+
+TEST(CommandLineTest, ABrokenPipeUnderHelpGivesNoMessage) {
+  EXPECT_EQ(runIntoBrokenPipe({"--help"}, ""), (Result{2, "", ""}));
 }
 
 TEST(CommandLineTest, ClosedStandardOutputIsNoticed) {

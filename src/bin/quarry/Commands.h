@@ -21,4 +21,21 @@ void writeExpanded(const Document& document, Output& output);
 /// `output`.
 void rewrite(const Document& document, const std::string& target, Output& output);
 
+/// Writes the document in the binary form, to the file `target` or, for `-`, to `output`.
+void encode(const Document& document, const std::string& target, Output& output);
+
+/// Writes the text of a document in the binary form, to the file `target` or, for `-`, to `output`.
+void decode(const Document& document, const std::string& target, Output& output);
+
+/// What `find` looks for.
+struct Search {
+  std::string pattern;
+  bool inverted;             ///< items whose name does not match
+  unsigned long depthLimit;  ///< the number of groups around an item, at most
+};
+
+/// Shows the items that are looked for, with their paths, one a line.
+/// @return whether there is one
+bool find(const Document& document, const Search& search, Output& output);
+
 }  // namespace Tool

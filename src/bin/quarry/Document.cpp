@@ -3,14 +3,41 @@
 #include "Failure.h"
 #include "Texts.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <set>
 #include <stdexcept>
 
 namespace Tool {
+
+namespace {
+
+constexpr std::size_t BLOCK_SIZE = 1 << 16;
+
+/// Appends a file's bytes; false with `errno` set when it cannot be read.
+bool readFile(const std::string& name, std::vector<char>& bytes) {
+  const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return false;
+  ssize_t count = 1;
+  while (count > 0) {
+    const std::size_t size = bytes.size();
+    bytes.resize(size + BLOCK_SIZE);
+    do {
+      count = ::read(file, bytes.data() + size, BLOCK_SIZE);
+    } while (count < 0 && errno == EINTR);
+    bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  }
+  const int reason = errno;
+  close(file);
+  errno = reason;
+  return count == 0;
+}
+
+}  // namespace
 
 Document::Document(const std::string& name, const std::vector<std::string>& paths, MessageLog& log)
     : shownName(name), path(name), searchPaths(paths) {
@@ -53,6 +80,13 @@ void Document::read(Quarry::ParserFile& file) const {
     throw Failure(Texts::badCompression(shownName));
   }
   if (!isRead) throw Failure(Texts::cannotRead(shownName));
+}
+
+std::size_t Document::readBinary(Quarry::ParserFile& file) const {
+  std::vector<char> bytes;
+  if (!readFile(path, bytes)) throw Failure(Texts::cannotRead(shownName, strerror(errno)));
+  if (!file.setBinary(bytes)) throw Failure(Texts::noBinaryDocument(shownName));
+  return bytes.size();
 }
 
 }  // namespace Tool

@@ -32,6 +32,10 @@ class Document {
   /// Reads the document into `file`.
   void read(Quarry::ParserFile& file) const;
 
+  /// Reads the document, in the binary form, into `file`.
+  /// @return the number of bytes that the document has
+  std::size_t readBinary(Quarry::ParserFile& file) const;
+
  private:
   void copyStandardInput(MessageLog& log);
 

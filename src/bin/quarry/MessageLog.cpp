@@ -42,9 +42,10 @@ void MessageLog::fail(const std::string& message) {
   writeLine(Texts::ERROR, message);
 }
 
+/// The library prints some of what is wrong with a binary document: that counts as a warning.
 void MessageLog::take(Plinth::Console::Level level, const std::string& message) {
   if (level == Plinth::Console::LEVEL_ERROR) return fail(message);
-  if (level != Plinth::Console::LEVEL_WARNING) return;
+  if (level == Plinth::Console::LEVEL_DEBUG) return;
   ++warnings;
   if (!quiet) writeLine(Texts::WARNING, message);
 }

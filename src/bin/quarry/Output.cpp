@@ -78,7 +78,9 @@ void Output::writeWord(Style style, std::string_view bytes) {
 void Output::flush() {
   const std::string bytes = std::move(buffer);
   buffer.clear();
-  if (!writeAll(STDOUT_FILENO, bytes)) throw Failure(Texts::cannotWriteOutput(strerror(errno)));
+  if (writeAll(STDOUT_FILENO, bytes)) return;
+  if (errno == EPIPE) throw ReaderGone();
+  throw Failure(Texts::cannotWriteOutput(strerror(errno)));
 }
 
 /// Each is opened for what nobody does with it: input for writing, output for reading.
@@ -87,6 +89,17 @@ void occupyClosedStreams() {
     if (fcntl(stream, F_GETFD) >= 0) continue;
     (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
+}
+
+void writeFile(const std::string& name, std::string_view bytes) {
+  const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  bool isWritten = file >= 0 && writeAll(file, bytes);
+  int reason = errno;
+  if (file >= 0 && close(file) != 0 && isWritten) {
+    isWritten = false;
+    reason = errno;
+  }
+  if (!isWritten) throw Failure(Texts::cannotWrite(name, strerror(reason)));
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {

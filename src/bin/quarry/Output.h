@@ -1,4 +1,4 @@
-/// Standard output: checked writing, colours, and escaping for terminals.
+/// Output: checked writing, and for standard output colours and escaping for terminals.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ enum class Style { NAME, KEYWORD, CALL, TYPE, NUMBER, STRING, BOOL, BINARY, MARK
 /// are written as they are.
 ///
 /// flush() has to be called in the end; what was not flushed is lost. Every operation throws a
-/// Failure when writing fails.
+/// Failure when writing fails, ReaderGone when that is because nobody reads.
 class Output {
  public:
   /// With ColorChoice::AUTO there are colours on a terminal, unless NO_COLOR is set and not empty,
@@ -46,6 +46,9 @@ class Output {
 /// Keeps files that are opened later from taking the place of a standard stream that the caller
 /// closed. Using such a stream fails as before.
 void occupyClosedStreams();
+
+/// Makes or overwrites a file. Throws a Failure when that cannot be done.
+void writeFile(const std::string& name, std::string_view bytes);
 
 /// Writes all bytes to a file descriptor. Returns false with `errno` set when that fails.
 bool writeAll(int descriptor, std::string_view bytes);

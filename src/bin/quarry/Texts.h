@@ -27,6 +27,10 @@ inline std::string badCompression(const std::string& name) {
 
 inline std::string cannotWrite(const std::string& name) { return "Cannot write '" + name + "'."; }
 
+inline std::string cannotWrite(const std::string& name, const std::string& reason) {
+  return "Cannot write '" + name + "': " + reason + ".";
+}
+
 inline std::string cannotWriteOutput(const std::string& reason) {
   return "Cannot write to standard output: " + reason + ".";
 }
@@ -44,6 +48,34 @@ inline std::string closesNoGroup(unsigned long line, unsigned long column) {
 inline std::string groupsNotClosed(unsigned long count) {
   return "The document ends within " + std::to_string(count) +
          (count == 1 ? " group that is not closed." : " groups that are not closed.");
+}
+
+// --- The binary form -----------------------------------------------------------------------------
+
+inline std::string noBinaryOnTerminal() {
+  return "The binary form is not written to a terminal; name a file with -o.";
+}
+
+inline std::string noBinaryDocument(const std::string& name) {
+  return cannotRead(name, "it is no whole binary document");
+}
+
+/// The library goes on behind a broken place within a group, for the most part without a message.
+inline std::string brokenWithin(unsigned long given, unsigned long understood) {
+  return "The data is broken: it has " + std::to_string(given) +
+         " bytes, what could be read of it takes " + std::to_string(understood) + ".";
+}
+
+inline std::string textHoldsInclude() {
+  return "The text holds '#include \"', which is obeyed wherever it is read.";
+}
+
+inline std::string textDiffers() { return "The text does not read back as the same document."; }
+
+// --- Finding -------------------------------------------------------------------------------------
+
+inline std::string badPattern(const std::string& pattern) {
+  return "'" + pattern + "' is no regular expression.";
 }
 
 }  // namespace Tool::Texts

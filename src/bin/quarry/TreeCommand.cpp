@@ -4,6 +4,7 @@
 #include <Quarry/internal/TextParser.h>
 
 #include "Commands.h"
+#include "ItemLine.h"
 #include "Texts.h"
 
 #include <string_view>
@@ -18,26 +19,6 @@ namespace {
 constexpr unsigned long BLANKS_A_LEVEL = 4;
 constexpr unsigned long FIRST_NUMBERED_DEPTH = 40;  ///< a deeper line would begin off the screen
 
-const char* getTypeName(ParserValue::Type type) {
-  switch (type) {
-    case ParserValue::TYPE_BOOL: return "bool";
-    case ParserValue::TYPE_INT: return "int";
-    case ParserValue::TYPE_DOUBLE: return "double";
-    case ParserValue::TYPE_STRING: return "string";
-    case ParserValue::TYPE_BINARYDATA: return "binary";
-    default: return "group";
-  }
-}
-
-Style getStyle(ParserValue::Type type) {
-  switch (type) {
-    case ParserValue::TYPE_BOOL: return Style::BOOL;
-    case ParserValue::TYPE_STRING: return Style::STRING;
-    case ParserValue::TYPE_BINARYDATA: return Style::BINARY;
-    default: return Style::NUMBER;
-  }
-}
-
 /// The text parser's sink: prints each item while it is read, so that nothing is kept.
 ///
 /// It listens to the very parser that builds the library's trees, and so shows plain items, calls
@@ -46,36 +27,30 @@ Style getStyle(ParserValue::Type type) {
 class TreePrinter {
  public:
   TreePrinter(const std::string& documentText, unsigned long limit, Output& target)
-      : text(documentText), depthLimit(limit), output(target) {}
+      : text(documentText), depthLimit(limit), output(target), line(target) {}
 
   void beginItem(const ParserWord& word) {
-    endLine();
+    line.end();
     if (!isShown()) return;
-    lineIsOpen = true;
-    valueType = ParserValue::TYPE_EMPTY;
     indent();
     const bool keyword = word.getType() == ParserWord::WORD_KEYWORD;
-    output.writeWord(keyword ? Style::KEYWORD : Style::NAME, getText(word));
-    if (keyword) output.writeWord(Style::KEYWORD, " (keyword)");
+    line.begin(keyword ? Style::KEYWORD : Style::NAME, getText(word));
+    if (keyword) line.mark(Style::KEYWORD, " (keyword)");
   }
 
   void beginCall(const ParserWord&) {
-    if (isShown()) output.writeWord(Style::CALL, " (call)");
+    if (isShown()) line.mark(Style::CALL, " (call)");
   }
 
-  /// Values that follow one another with the same type share its name.
   void value(const ParserWord& word, ParserValue::Type type) {
-    if (!isShown()) return;
-    if (type != valueType) writeType(type);
-    output.write(" ");
-    output.writeWord(getStyle(type), getText(word));
+    if (isShown()) line.addValue(type, getText(word));
   }
 
   void emptyTag(const ParserWord&) {}  // an item without values shows it
 
   void beginGroup(const ParserWord&) {
-    if (isShown()) writeType(ParserValue::TYPE_GROUP);
-    endLine();
+    if (isShown()) line.addGroup();
+    line.end();
     ++depth;
   }
 
@@ -85,7 +60,7 @@ class TreePrinter {
   }
 
   void endGroup(const ParserWord* word) {
-    endLine();
+    line.end();
     --depth;
     if (word == nullptr) ++unclosedGroups;
   }
@@ -93,7 +68,7 @@ class TreePrinter {
   void endCall(const ParserWord&) {}
 
   void endDocument(const ParserWord& word) {
-    endLine();
+    line.end();
     warn(Texts::closesNoGroup(word.getLine(), word.getColumn()));
   }
 
@@ -103,7 +78,7 @@ class TreePrinter {
 
   /// Has to be called when everything is read.
   void finish() {
-    endLine();
+    line.end();
     if (unclosedGroups > 0) warn(Texts::groupsNotClosed(unclosedGroups));
   }
 
@@ -122,31 +97,14 @@ class TreePrinter {
     }
   }
 
-  void writeType(ParserValue::Type type) {
-    output.write(valueType == ParserValue::TYPE_EMPTY ? ": " : ", ");
-    output.writeWord(Style::TYPE, getTypeName(type));
-    valueType = type;
-  }
-
-  void endLine() {
-    if (!lineIsOpen) return;
-    if (valueType == ParserValue::TYPE_EMPTY) {
-      output.write(": ");
-      output.writeWord(Style::TYPE, "empty");
-    }
-    output.write("\n");
-    lineIsOpen = false;
-  }
-
   static void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
 
   const std::string_view text;
   const unsigned long depthLimit;
   Output& output;
+  ItemLine line;
   unsigned long depth = 0;
   unsigned long unclosedGroups = 0;
-  bool lineIsOpen = false;
-  ParserValue::Type valueType = ParserValue::TYPE_EMPTY;  ///< of the last value; empty for none
 };
 
 }  // namespace
