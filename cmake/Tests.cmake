@@ -2,8 +2,9 @@ include(GoogleTest)
 
 # quarry_add_tests(<name> [GERMAN] SOURCES <file>... LIBRARIES <target>...)
 #
-# Makes one test program and registers each of its tests. With GERMAN, the whole program runs once
-# more in an application whose locale writes a comma for the decimal point.
+# Makes one test program and registers each of its tests, or the program as one test where starting
+# it for each would take longer than the tests. With GERMAN, the whole program runs once more in an
+# application whose locale writes a comma for the decimal point.
 function(quarry_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "GERMAN" "" "SOURCES;LIBRARIES")
 
@@ -17,11 +18,16 @@ function(quarry_add_tests name)
   endif()
   quarry_enable_warnings(${name})
 
-  gtest_discover_tests(
-    ${name}
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 120)
+  if(QUARRY_WHOLE_TEST_PROGRAMS)
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  else()
+    gtest_discover_tests(
+      ${name}
+      DISCOVERY_MODE PRE_TEST
+      DISCOVERY_TIMEOUT 60
+      PROPERTIES TIMEOUT 120)
+  endif()
 
   if(arg_GERMAN)
     add_test(NAME ${name}.German COMMAND ${name} --application --expect-decimal-comma
