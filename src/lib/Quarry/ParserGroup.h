@@ -165,11 +165,11 @@ class QUARRY_EXPORT ParserGroup {
 
  private:
   friend class BinaryReader;
-  friend class BinaryWriter;
-  friend class TextWriter;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
+  template <class Visitor>
+  friend class TreeWalker;
 
   void append(ParserItem* item);
   ParserItem* append(std::unique_ptr<ParserItem> item);

@@ -209,12 +209,13 @@ class QUARRY_EXPORT ParserItem {
 
  private:
   friend class BinaryReader;
-  friend class BinaryWriter;
   friend class ParserGroup;
   friend class TextWriter;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
+  template <class Visitor>
+  friend class TreeWalker;
 
   ParserValue& valueAt(const unsigned long& index) const;
   ParserValue* append(std::unique_ptr<ParserValue> value) const;

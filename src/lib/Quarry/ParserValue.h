@@ -234,6 +234,8 @@ class QUARRY_EXPORT ParserValue {
   friend class TextWriter;
   friend class TreeCopier;
   friend class TreeRemover;
+  template <class Visitor>
+  friend class TreeWalker;
 
   struct BinaryBlock {
     std::unique_ptr<char[]> data;

@@ -157,7 +157,6 @@ class QUARRY_EXPORT ParserWord {
 
   const char* begin() const { return text + start; }
   const char* end() const { return text + start + length; }
-  bool hasType(Type wanted) const { return type == wanted; }
   bool classify(Type wanted, bool holds) const;
   template <unsigned long SIZE>
   bool spells(const char (&literal)[SIZE]) const;

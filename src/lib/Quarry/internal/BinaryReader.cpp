@@ -129,9 +129,12 @@ void BinaryReader::closeItem() {
 /// Makes a value of a number; null, at the end of the data, when the number is cut short.
 template <class Number, class Convert>
 std::unique_ptr<ParserValue> BinaryReader::makeNumber(unsigned long count, Convert convert) {
-  const bool complete = has(count);
+  if (!has(count)) {
+    pos = data.size();
+    return nullptr;
+  }
   const Number number = convert(readNumber(count));
-  return complete ? std::make_unique<ParserValue>(number) : nullptr;
+  return std::make_unique<ParserValue>(number);
 }
 
 /// Reads what stands behind a tag. Of a group nothing is read yet: it comes back empty.
@@ -183,7 +186,7 @@ std::string BinaryReader::readString() {
     warn(Messages::stringNotRead());
     return std::string();
   }
-  const std::string text(begin, static_cast<const char*>(end));
+  std::string text(begin, static_cast<const char*>(end));
   pos += text.size() + 1;
   return text;
 }

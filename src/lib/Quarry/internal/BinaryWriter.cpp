@@ -5,6 +5,7 @@
 #include <Quarry/ParserValue.h>
 
 #include "BinaryNumber.h"
+#include "TreeWalker.h"
 
 namespace Quarry {
 
@@ -18,88 +19,36 @@ constexpr char ITEM_KIND = 0;
 // --- Entries -------------------------------------------------------------------------------------
 
 void BinaryWriter::writeGroup(const ParserGroup& group) {
-  openGroup(group);
-  run();
+  TreeWalker(*this).walkGroup(group, openSize());
 }
 
 void BinaryWriter::writeItem(const ParserItem& item) {
-  levels.push_back({nullptr, 0, 0, nullptr, 0, 0});
-  openItem(item);
-  run();
+  TreeWalker(*this).walkItem(item, GroupMark(), beginItem(item, GroupMark()));
 }
 
-// --- The walk ------------------------------------------------------------------------------------
+// --- What the walk tells -------------------------------------------------------------------------
 
-void BinaryWriter::run() {
-  while (!levels.empty())
-    step();
-}
-
-/// Goes on with the innermost group: with the values of its current item, else with its next item.
-void BinaryWriter::step() {
-  if (levels.back().item == nullptr) {
-    if (!openNextItem()) closeGroup();
-  } else if (const ParserGroup* nested = writeValuesUpToGroup()) {
-    openGroup(*nested);
-  } else {
-    closeItem();
-  }
-}
-
-/// Begins the group's next item; false when there is none.
-bool BinaryWriter::openNextItem() {
-  Level& level = levels.back();
-  if (level.group == nullptr) return false;
-  const std::vector<ParserItem*>& items = level.group->items;
-  while (level.nextItem < items.size()) {
-    const ParserItem* item = items[level.nextItem++];
-    if (item == nullptr) continue;
-    openItem(*item);
-    return true;
-  }
-  return false;
-}
-
-/// Writes values of the current item. Of the first that is a group only the tag is written, and the
-/// group is returned; null when all values are written.
-const ParserGroup* BinaryWriter::writeValuesUpToGroup() {
-  Level& level = levels.back();
-  const std::vector<ParserValue*>& values = level.item->values;
-  while (level.nextValue < values.size()) {
-    const ParserValue& value = *values[level.nextValue++];
-    value.appendTag(out);
-    if (const ParserGroup* group = value.getGroup()) return group;
-    value.appendPayload(out);
-  }
-  return nullptr;
-}
-
-// --- Frames --------------------------------------------------------------------------------------
-
-void BinaryWriter::openGroup(const ParserGroup& group) {
-  levels.push_back({&group, openSize(), 0, nullptr, 0, 0});
-}
-
-void BinaryWriter::closeGroup() {
-  const Level level = levels.back();
-  levels.pop_back();
-  if (level.group != nullptr) closeSize(level.groupBegin);
-}
-
-void BinaryWriter::openItem(const ParserItem& item) {
-  ParserValue::stringToBin(out, item.name);
-  Level& level = levels.back();
-  level.item = &item;
-  level.itemBegin = openSize();
-  level.nextValue = 0;
+BinaryWriter::ItemMark BinaryWriter::beginItem(const ParserItem& item, GroupMark) {
+  ParserValue::stringToBin(out, item.getName());
+  const ItemMark begin = openSize();
   out.push_back(ITEM_KIND);
+  return begin;
 }
 
-void BinaryWriter::closeItem() {
-  Level& level = levels.back();
-  closeSize(level.itemBegin);
-  level.item = nullptr;
+void BinaryWriter::value(const ParserItem&, unsigned long, const ParserValue& value) {
+  value.appendTag(out);
+  value.appendPayload(out);
 }
+
+BinaryWriter::GroupMark BinaryWriter::beginGroup(const ParserItem&, unsigned long,
+                                                 const ParserGroup&, GroupMark) {
+  ParserValue::charToBin(out, ParserValue::TYPE_GROUP);
+  return openSize();
+}
+
+void BinaryWriter::endItem(const ParserItem&, ItemMark begin) { closeSize(begin); }
+
+// --- Sizes ---------------------------------------------------------------------------------------
 
 /// Leaves room for a size and returns the offset behind it.
 unsigned long BinaryWriter::openSize() {

@@ -1,4 +1,4 @@
-/// Writes trees of any depth in the binary form.
+/// Writes trees in the binary form.
 #pragma once
 
 #include <vector>
@@ -9,10 +9,10 @@ class ParserGroup;
 class ParserItem;
 class ParserValue;
 
-/// Appends frames to one buffer: each size is left open, and filled in when its frame is complete.
-/// Nested groups take memory, not stack.
+/// Appends frames to one buffer; TreeWalker leads it through the tree. Each size is left open, and
+/// filled in when its frame is complete, so that nothing is copied from level to level.
 ///
-///     group = size , { item } ;           size: the bytes of all items
+///     group = size , { item } ;                  size: the bytes of all items
 ///     item  = name , size , kind , { value } ;   size: the kind byte and the bytes of all values
 ///     value = tag , payload ;
 class BinaryWriter {
@@ -22,31 +22,24 @@ class BinaryWriter {
   void writeGroup(const ParserGroup& group);
   void writeItem(const ParserItem& item);
 
+  // --- What the walk tells -----------------------------------------------------------------------
+
+  /// The offset behind a frame's size.
+  using GroupMark = unsigned long;
+  using ItemMark = unsigned long;
+
+  ItemMark beginItem(const ParserItem& item, GroupMark group);
+  void value(const ParserItem& item, unsigned long index, const ParserValue& value);
+  GroupMark beginGroup(const ParserItem& item, unsigned long index, const ParserGroup& group,
+                       GroupMark outer);
+  void endGroup(GroupMark begin) { closeSize(begin); }
+  void endItem(const ParserItem& item, ItemMark begin);
+
  private:
-  /// A group that is being written, and its current item.
-  struct Level {
-    const ParserGroup* group;  ///< null when only an item is written
-    unsigned long groupBegin;  ///< the offset behind the group's size
-    unsigned long nextItem;    ///< of the group
-    const ParserItem* item;    ///< null between two items
-    unsigned long itemBegin;   ///< the offset behind the item's size
-    unsigned long nextValue;   ///< of the item
-  };
-
-  void run();
-  void step();
-  bool openNextItem();
-  const ParserGroup* writeValuesUpToGroup();
-
-  void openGroup(const ParserGroup& group);
-  void closeGroup();
-  void openItem(const ParserItem& item);
-  void closeItem();
   unsigned long openSize();
   void closeSize(unsigned long begin);
 
   std::vector<char>& out;
-  std::vector<Level> levels;
 };
 
 }  // namespace Quarry

@@ -4,6 +4,8 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
+#include "TreeWalker.h"
+
 #include <algorithm>
 
 namespace Quarry {
@@ -13,128 +15,92 @@ namespace {
 constexpr unsigned long BLANKS_PER_LEVEL = 4;
 constexpr unsigned long FIRST_DEPTH = 1;
 
+/// The depth of the blanks before an item that is written at `indent`.
+unsigned long depthAt(unsigned long indent) { return std::max(indent, FIRST_DEPTH) - 1; }
+
 }  // namespace
 
 // --- Entries -------------------------------------------------------------------------------------
 
 void TextWriter::writeGroup(const ParserGroup& group, bool braces, unsigned long indent) {
-  openGroup(group, braces, std::max(indent, FIRST_DEPTH));
-  run();
+  TreeWalker(*this).walkGroup(group, openGroup(group, braces, std::max(indent, FIRST_DEPTH)));
 }
 
 void TextWriter::writeItem(const ParserItem& item, unsigned long indent) {
-  levels.push_back({nullptr, false, std::max(indent, FIRST_DEPTH) - 1, 0, nullptr, false, 0});
-  openItem(item);
-  run();
+  const unsigned long depth = depthAt(indent);
+  TreeWalker(*this).walkItem(item, {false, depth}, openItem(item, depth));
 }
 
 void TextWriter::writeValues(const ParserItem& item, unsigned long indent) {
-  levels.push_back({nullptr, false, std::max(indent, FIRST_DEPTH) - 1, 0, &item, false, 0});
-  run();
+  TreeWalker(*this).walkItem(item, {false, depthAt(indent)}, ItemMark());
 }
 
-// --- The walk ------------------------------------------------------------------------------------
+// --- What the walk tells -------------------------------------------------------------------------
 
-void TextWriter::run() {
-  while (!levels.empty())
-    step();
-}
-
-/// Goes on with the innermost group: with the values of its current item, else with its next item.
-void TextWriter::step() {
-  if (levels.back().item == nullptr) {
-    if (!writeNextItem()) closeGroup();
-  } else if (const ParserGroup* nested = writeValuesUpToGroup()) {
-    openGroup(*nested, true, levels.back().depth + 1);
-  } else {
-    closeItem();
-  }
-}
-
-/// Begins the group's next item; false when there is none.
-bool TextWriter::writeNextItem() {
-  Level& level = levels.back();
-  if (level.group == nullptr) return false;
-  const std::vector<ParserItem*>& items = level.group->items;
-  while (level.nextItem < items.size()) {
-    const ParserItem* item = items[level.nextItem++];
-    if (item == nullptr) continue;
-    if (multiline) {
-      startLine(level.depth);
-    } else {
-      out += ' ';
-    }
-    openItem(*item);
-    return true;
-  }
-  return false;
-}
-
-/// Writes values of the current item; returns the first that is a group, which is left to the
-/// caller, or null when all are written.
-const ParserGroup* TextWriter::writeValuesUpToGroup() {
-  Level& level = levels.back();
-  const std::vector<ParserValue*>& values = level.item->values;
-  while (level.nextValue < values.size()) {
-    separateValues(*level.item, level.nextValue);
-    const ParserValue& value = *values[level.nextValue++];
-    if (const ParserGroup* group = value.getGroup()) return group;
-    value.appendText(out);
-  }
-  return nullptr;
-}
-
-// --- Groups --------------------------------------------------------------------------------------
-
-/// The items of a group in braces stand one level deeper than the item that holds it.
-void TextWriter::openGroup(const ParserGroup& group, bool braces, unsigned long indent) {
-  levels.push_back({&group, braces, braces ? indent : indent - 1, 0, nullptr, false, 0});
-  if (!braces) return;
-  out += group.name;
-  out += group.name.empty() ? "{" : " {";
-}
-
-void TextWriter::closeGroup() {
-  const Level level = levels.back();
-  levels.pop_back();
-  if (!level.braces) return;
+TextWriter::ItemMark TextWriter::beginItem(const ParserItem& item, const GroupMark& group) {
   if (multiline) {
-    startLine(level.depth - 1);
+    startLine(group.depth);
+  } else {
+    out += ' ';
+  }
+  return openItem(item, group.depth);
+}
+
+void TextWriter::value(const ParserItem& item, unsigned long index, const ParserValue& value) {
+  separateValues(item, index);
+  value.appendText(out);
+}
+
+TextWriter::GroupMark TextWriter::beginGroup(const ParserItem& item, unsigned long index,
+                                             const ParserGroup& group, const GroupMark& outer) {
+  separateValues(item, index);
+  return openGroup(group, true, outer.depth + 1);
+}
+
+void TextWriter::endGroup(const GroupMark& group) {
+  if (!group.braces) return;
+  if (multiline) {
+    startLine(group.depth - 1);
     out += '}';
   } else {
     out += " }";
   }
 }
 
-// --- Items ---------------------------------------------------------------------------------------
+void TextWriter::endItem(const ParserItem& item, const ItemMark& mark) {
+  closeValues(item);
+  if (mark.folded) out += "\n/*}}}*/";
+}
+
+// --- Strokes -------------------------------------------------------------------------------------
+
+/// The items of a group in braces stand one level deeper than the item that holds it.
+TextWriter::GroupMark TextWriter::openGroup(const ParserGroup& group, bool braces,
+                                            unsigned long indent) {
+  if (!braces) return {false, indent - 1};
+  out += group.getName();
+  out += group.getName().empty() ? "{" : " {";
+  return {true, indent};
+}
 
 /// The opening fold marker is a comment; it takes the item's place on the line, and the item moves
 /// to the next one.
-void TextWriter::openItem(const ParserItem& item) {
-  Level& level = levels.back();
-  level.item = &item;
-  level.nextValue = 0;
-  level.folded = item.folding && item.isGroup();
-  if (level.folded) {
+TextWriter::ItemMark TextWriter::openItem(const ParserItem& item, unsigned long depth) {
+  const bool folded = item.folding && item.isGroup();
+  if (folded) {
     out += "//";
-    out += item.name;
+    out += item.getName();
     out += "/*{{{*/";
-    startLine(level.depth);
+    startLine(depth);
   }
-  out += item.name;
+  out += item.getName();
   if (item.isTemplate()) {
     out += '<';
-    out += item.templateName;
+    out += item.getTemplate();
     out += '>';
   }
-  if (item.isArray()) writeArray(item.arrayCount);
-}
-
-void TextWriter::closeItem() {
-  Level& level = levels.back();
-  closeValues(*level.item);
-  if (level.folded) out += "\n/*}}}*/";
-  level.item = nullptr;
+  if (item.isArray()) writeArray(item.getArrayCount());
+  return {folded};
 }
 
 /// The count is one raw byte, not digits: the format has written it so from the beginning.
@@ -144,11 +110,9 @@ void TextWriter::writeArray(unsigned long count) {
   out += ']';
 }
 
-// --- Values --------------------------------------------------------------------------------------
-
 /// Writes what stands before value `index`.
 void TextWriter::separateValues(const ParserItem& item, unsigned long index) {
-  const bool call = item.type == ParserItem::ITEM_CALL;
+  const bool call = item.getType() == ParserItem::ITEM_CALL;
   if (call && index == 0) {
     out += '(';
   } else {
@@ -157,22 +121,16 @@ void TextWriter::separateValues(const ParserItem& item, unsigned long index) {
 }
 
 void TextWriter::closeValues(const ParserItem& item) {
-  const bool call = item.type == ParserItem::ITEM_CALL;
-  if (item.values.empty()) {
+  const bool call = item.getType() == ParserItem::ITEM_CALL;
+  if (item.getValueCount() == 0) {
     out += call ? "()" : " <empty>";
   } else if (call) {
     out += ')';
   }
 }
 
-// --- Lines ---------------------------------------------------------------------------------------
-
 void TextWriter::startLine(unsigned long depth) {
   out += '\n';
-  writeIndentation(depth);
-}
-
-void TextWriter::writeIndentation(unsigned long depth) {
   out.append(depth * BLANKS_PER_LEVEL, ' ');
 }
 

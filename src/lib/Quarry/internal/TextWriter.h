@@ -1,15 +1,15 @@
-/// Writes trees of any depth as text.
+/// Writes trees as text.
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace Quarry {
 
 class ParserGroup;
 class ParserItem;
+class ParserValue;
 
-/// Appends groups, items and values to one text. Nested groups take memory, not stack.
+/// Appends groups, items and values to one text; TreeWalker leads it through the tree.
 ///
 /// Depths count from 1 for the items of the root; 0 is taken as 1. One level of depth is four
 /// blanks, written before each item of a group that stands on lines of its own.
@@ -26,36 +26,33 @@ class TextWriter {
   /// values | (values) | <empty>
   void writeValues(const ParserItem& item, unsigned long indent);
 
- private:
-  /// An item that is being written, and the group it stands in.
-  struct Level {
-    const ParserGroup* group;  ///< null when only an item is written
-    bool braces;               ///< of the group
-    unsigned long depth;       ///< of the blanks before each item
-    unsigned long nextItem;    ///< of the group
-    const ParserItem* item;    ///< null between two items
-    bool folded;               ///< the item stands between fold markers
-    unsigned long nextValue;   ///< of the item
+  // --- What the walk tells -----------------------------------------------------------------------
+
+  struct GroupMark {
+    bool braces = false;
+    unsigned long depth = 0;  ///< of the blanks before each item
+  };
+  struct ItemMark {
+    bool folded = false;  ///< the item stands between fold markers
   };
 
-  void run();
-  void step();
-  bool writeNextItem();
-  const ParserGroup* writeValuesUpToGroup();
+  ItemMark beginItem(const ParserItem& item, const GroupMark& group);
+  void value(const ParserItem& item, unsigned long index, const ParserValue& value);
+  GroupMark beginGroup(const ParserItem& item, unsigned long index, const ParserGroup& group,
+                       const GroupMark& outer);
+  void endGroup(const GroupMark& group);
+  void endItem(const ParserItem& item, const ItemMark& mark);
 
-  void openGroup(const ParserGroup& group, bool braces, unsigned long indent);
-  void closeGroup();
-  void openItem(const ParserItem& item);
-  void closeItem();
+ private:
+  GroupMark openGroup(const ParserGroup& group, bool braces, unsigned long indent);
+  ItemMark openItem(const ParserItem& item, unsigned long depth);
+  void writeArray(unsigned long count);
   void separateValues(const ParserItem& item, unsigned long index);
   void closeValues(const ParserItem& item);
-  void writeArray(unsigned long count);
   void startLine(unsigned long depth);
-  void writeIndentation(unsigned long depth);
 
   std::string& out;
   const bool multiline;
-  std::vector<Level> levels;
 };
 
 }  // namespace Quarry
