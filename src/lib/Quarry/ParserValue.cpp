@@ -291,15 +291,15 @@ void ParserValue::getText(std::string& out, const bool& multiline,
   }
 }
 
-/// A value that was cleared has no text and appends nothing.
+/// The text of a value that was cleared is empty; a string keeps its quotes and so reads back.
 void ParserValue::appendText(std::string& out) const {
   if (!textValid && dataValid) makeText();
-  const std::string* text = getStoredText();
-  if (text == nullptr) return;
+  const std::string* stored = getStoredText();
+  const std::string_view text = stored != nullptr ? *stored : std::string_view();
   if (type == TYPE_STRING) {
-    appendQuoted(out, *text);
+    appendQuoted(out, text);
   } else {
-    out += *text;
+    out += text;
   }
 }
 

@@ -147,7 +147,8 @@ class QUARRY_EXPORT ParserValue {
   void setBinaryData(void* bytes, const unsigned long& size);
 
   /// Frees text, data and group; the type stays. The value then reads as the defaults of its type
-  /// (with the warning for a group, string or block) and writes nothing.
+  /// (with the warning for a group, string or block) and writes an empty text: a string as its two
+  /// quotes, any other type as nothing.
   void clear();
 
   // --- Text ------------------------------------------------------------------------------------
