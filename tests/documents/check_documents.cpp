@@ -4,8 +4,9 @@
 //
 // Every FOLDER/NAME.cfg has to be laid out as the library writes documents. It is read without a
 // message and written again; the result has to be the same bytes, but for the version line that
-// write() puts first where the document has none. Where FOLDER/counts.json has an object NAME, the
-// tree has to have the counts given there (see DocumentCounts.h).
+// write() puts first where the document has none. Its binary form has to read back as the same
+// bytes. Where FOLDER/counts.json has an object NAME, the tree has to have the counts given there
+// (see DocumentCounts.h).
 //
 // Exit status: 0 all is well, 1 a document is not, 2 the check could not be made.
 
@@ -100,7 +101,15 @@ void checkCounts(const nlohmann::json& expected, const DocumentCheck::Counts& co
   }
 }
 
-/// The counts come last: converting the values must not be what makes them be written unchanged.
+void checkBinary(const Quarry::ParserFile& file, Faults& faults) {
+  const std::vector<char> data = file.getBinary();
+  Quarry::ParserFile decoded;
+  if (!decoded.setBinary(data)) faults.push_back("its binary form cannot be read");
+  if (decoded.getBinary() != data) faults.push_back("its binary form reads back differently");
+}
+
+/// The text is checked first: converting the values must not be what makes them be written
+/// unchanged.
 Faults check(const fs::path& document, const nlohmann::json& expectedCounts) {
   Faults faults;
   const TestSupport::RecordingConsole console;
@@ -110,6 +119,7 @@ Faults check(const fs::path& document, const nlohmann::json& expectedCounts) {
   if (!file.write(folder.getPath("written.cfg"))) faults.push_back("cannot be written");
   checkBytes(readBytes(document), readBytes(folder.getPath("written.cfg")), faults);
   checkCounts(expectedCounts, DocumentCheck::count(file.getRoot()), faults);
+  checkBinary(file, faults);
   checkMessages(console, faults);
   return faults;
 }
