@@ -102,13 +102,10 @@ std::string escapeForTerminal(std::string_view bytes, Layout layout, bool utf8) 
   return out;
 }
 
-/// The process keeps its own locale: numbers are written alike everywhere.
+/// Only what characters are follows the environment: numbers are written alike everywhere. A locale
+/// made by newlocale() would do as well, but loses memory where LOCPATH is set.
 bool isUtf8Environment() {
-  const locale_t environment = newlocale(LC_CTYPE_MASK, "", nullptr);
-  if (environment == nullptr) return false;
-  const std::string codeset = nl_langinfo_l(CODESET, environment);
-  freelocale(environment);
-  return codeset == "UTF-8";
+  return setlocale(LC_CTYPE, "") != nullptr && std::string_view(nl_langinfo(CODESET)) == "UTF-8";
 }
 
 }  // namespace Tool
