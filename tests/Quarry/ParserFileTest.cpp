@@ -95,6 +95,13 @@ TEST_F(ParserFileTest, ADocumentMadeAroundAGroupHasNoNameAndVersion11) {
 
 // --- Names and search paths ----------------------------------------------------------------------
 
+TEST_F(ParserFileTest, SetFilenameTakesTheFilesOwnDirectory) {
+  file.setFilename("a/b/doc.cfg");
+  file.setFilename(file.getDirectory());
+  EXPECT_EQ(file.getFilename(), "a/b");
+  EXPECT_EQ(file.getDirectory(), "a");
+}
+
 TEST_F(ParserFileTest, SetFilenameStoresTheNameAndItsDirectory) {
   EXPECT_TRUE(file.setFilename("dir/sub/doc.cfg"));
   EXPECT_EQ(file.getFilename(), "dir/sub/doc.cfg");

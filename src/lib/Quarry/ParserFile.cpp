@@ -76,9 +76,9 @@ ParserFile::~ParserFile() { delete root; }
 void ParserFile::setSearchPaths(const std::vector<std::string>& paths) { searchPaths = paths; }
 
 bool ParserFile::setFilename(const std::string& name) {
-  const std::size_t slash = name.rfind('/');
-  directory = slash == std::string::npos ? std::string() : name.substr(0, slash);
-  filename = name;
+  filename = name;  // first: the name may be the directory that is replaced
+  const std::size_t slash = filename.rfind('/');
+  directory = slash == std::string::npos ? std::string() : filename.substr(0, slash);
   return !filename.empty();
 }
 

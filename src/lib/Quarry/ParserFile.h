@@ -122,6 +122,8 @@ class QUARRY_EXPORT ParserFile {
   /// A file that includes itself, directly or through others, is expanded without end: keeping
   /// includes free of cycles is the caller's duty.
   ///
+  /// @param out receives the text behind what it holds
+  /// @param file the name, as it would stand in an include
   /// @param included handed through and not used
   /// @return the version that the file declares last, 1.0 when it declares none; 0.0 when the file
   ///         or one that it includes cannot be read, an include has no closing quote, or the

@@ -15,7 +15,6 @@
 #include "internal/TreeRemover.h"
 
 #include <cassert>
-#include <utility>
 
 namespace Quarry {
 

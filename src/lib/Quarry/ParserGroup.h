@@ -45,6 +45,7 @@ class QUARRY_EXPORT ParserGroup {
 
   // --- Look ------------------------------------------------------------------------------------
 
+  /// Returns the name given at construction; nested groups of a document that was read have none.
   const std::string& getName() const { return name; }
 
   /// Returns the number of plain items, detached ones included; keywords are not counted.

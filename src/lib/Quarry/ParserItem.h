@@ -68,7 +68,10 @@ class QUARRY_EXPORT ParserItem {
 
   // --- Look ------------------------------------------------------------------------------------
 
+  /// Returns the name, with the `#` of a keyword.
   const std::string& getName() const { return name; }
+
+  /// Returns the kind of item.
   const Type& getType() const { return type; }
 
   /// Returns the number of values.
@@ -80,8 +83,13 @@ class QUARRY_EXPORT ParserItem {
   /// Returns the template name; empty when the item is no template instance.
   const std::string& getTemplate() const { return templateName; }
 
+  /// Tells whether the item is an array, also one of unspecified size.
   bool isArray() const { return arrayCount != NO_ARRAY; }
+
+  /// Tells whether the item has a template name.
   bool isTemplate() const { return !templateName.empty(); }
+
+  /// Tells whether the item is a keyword.
   bool isKeyWord() const { return type == ITEM_KEYWORD; }
 
   /// Tells whether the item holds exactly one value and that is a group.
@@ -92,14 +100,18 @@ class QUARRY_EXPORT ParserItem {
 
   // --- Look at values --------------------------------------------------------------------------
 
+  /// Returns the type of value `index`.
   const ParserValue::Type& getValueType(const unsigned long& index) const;
 
-  /// Return value `index`, converted as by ParserValue::getAsBool() and its like, with their
-  /// warnings and defaults.
+  /// Returns value `index` as ParserValue::getAsBool() does, with its warning and default.
   bool getBool(const unsigned long& index) const;
+  /// Returns value `index` as ParserValue::getAsChar() does.
   char getChar(const unsigned long& index) const;
+  /// Returns value `index` as ParserValue::getAsInt() does.
   int getInt(const unsigned long& index) const;
+  /// Returns value `index` as ParserValue::getAsDouble() does.
   double getDouble(const unsigned long& index) const;
+  /// Returns value `index` as ParserValue::getAsString() does: only of a string value.
   const std::string& getString(const unsigned long& index) const;
 
   /// Returns the bytes of a block; null, after a warning, for every other type.
@@ -116,12 +128,17 @@ class QUARRY_EXPORT ParserItem {
   /// any value gets a new, empty group, which is returned, whatever `index` is.
   ParserGroup* getGroup(const unsigned long& index) const;
 
+  /// Tells whether value `index` is a bool.
   bool isValueBool(const unsigned long& index) const;
+  /// Tells whether value `index` is a character; no value read from a text is one.
   bool isValueChar(const unsigned long& index) const;
+  /// Tells whether value `index` is an integer.
   bool isValueInt(const unsigned long& index) const;
-  /// An integer counts as a double too.
+  /// Tells whether value `index` is a double or an integer, which counts as a double too.
   bool isValueDouble(const unsigned long& index) const;
+  /// Tells whether value `index` is a string.
   bool isValueString(const unsigned long& index) const;
+  /// Tells whether value `index` is a group, also one that was cleared.
   bool isValueGroup(const unsigned long& index) const;
 
   // --- Change ----------------------------------------------------------------------------------
@@ -139,22 +156,30 @@ class QUARRY_EXPORT ParserItem {
   /// not read back as the same tree: its closing marker is no comment.
   void setFolding(const bool& on);
 
-  /// Set value `index`, as ParserValue::setBool() and its like: the value takes the new type and
-  /// loses its text.
+  /// Makes value `index` a bool. As with all of these, the value takes the new type, whatever it
+  /// was, and loses its text; see the setters of ParserValue.
   void setBool(const bool& value, const unsigned long& index);
+  /// Makes value `index` an integer, which the text form writes as one raw byte.
   void setInt(const int& value, const unsigned long& index);
+  /// Makes value `index` a double, which the text form writes as one raw byte.
   void setDouble(const double& value, const unsigned long& index);
+  /// Makes value `index` a string; it may be one of this item's own.
   void setString(const std::string& value, const unsigned long& index);
+  /// Makes value `index` a block with a copy of `size` bytes.
   void setBinaryData(void* bytes, const unsigned long& size, const unsigned long& index);
 
   // --- Add and remove values -------------------------------------------------------------------
 
-  /// Append a value that carries its text at once: `yes` or `no`, the decimal digits of a
-  /// character's code or an integer, the shortest spelling of a double, the string itself.
+  /// Appends a bool with the text `yes` or `no`. All of these give their value its text at once, so
+  /// that it is written readably.
   void addBool(const bool& value);
+  /// Appends a character with the decimal digits of its code, -128 to 127.
   void addChar(const char& value);
+  /// Appends an integer with its decimal digits.
   void addInt(const int& value);
+  /// Appends a double with its shortest spelling.
   void addDouble(const double& value);
+  /// Appends a string, unescaped.
   void addString(const std::string& value);
 
   /// Appends a copy of `size` bytes.
@@ -174,6 +199,7 @@ class QUARRY_EXPORT ParserItem {
 
   /// Removes the values at the given indices; indices past the end and repeated ones are ignored.
   void removeValue(const std::vector<unsigned long>& indices);
+  /// Removes the value at one index.
   void removeValue(const unsigned long& index);
 
   /// Removes all values and nothing else.

@@ -54,11 +54,15 @@ class QUARRY_EXPORT ParserValue {
 
   // --- Make ------------------------------------------------------------------------------------
 
-  /// Makes a value that holds typed data and no text yet. Text and bytes are copied.
+  /// Makes a bool. As with all of these, the value holds typed data and no text yet.
   ParserValue(const bool& value);
+  /// Makes a character.
   ParserValue(const char& value);
+  /// Makes an integer.
   ParserValue(const int& value);
+  /// Makes a double.
   ParserValue(const double& value);
+  /// Makes a string, a copy.
   ParserValue(const std::string& value);
 
   /// Makes a string value from a C string, which must not be null.
@@ -73,6 +77,7 @@ class QUARRY_EXPORT ParserValue {
   /// @param group adopted: it must come from `new` and is deleted with the value. Null is replaced
   ///              by a new, empty group without a name.
   ParserValue(ParserGroup* group);
+  /// Makes a group value with a new, empty group without a name.
   ParserValue(std::nullptr_t group);
 
   /// Refused: a pointer would otherwise silently become a bool.
@@ -93,19 +98,20 @@ class QUARRY_EXPORT ParserValue {
 
   // --- Look ------------------------------------------------------------------------------------
 
+  /// Returns the type; it outlives clear().
   const Type& getType() const { return type; }
 
   /// Returns the enumerator's name, such as "TYPE_INT", for messages. Blocks of bytes, the empty
   /// tag and numbers outside the enumeration have no name of their own: "TYPE_UNKNOWN".
   static std::string getType_name(const Type& type);
 
-  /// The conversions. Bools, characters, integers and doubles convert into one another; strings,
-  /// groups, blocks and empty tags do not. Where there is no conversion, one warning is given:
-  /// "ParserValue::getAsInt: type mismatch, value type is 'TYPE_STRING' \n".
-  ///
-  /// The text of a value that came from a document is converted leniently, without a message: a
-  /// bool is true only for `yes`, a number is read as far as it goes and is 0 where it does not
-  /// begin.
+  // The conversions. Bools, characters, integers and doubles convert into one another; strings,
+  // groups, blocks and empty tags do not. Where there is no conversion, one warning is given:
+  // "ParserValue::getAsInt: type mismatch, value type is 'TYPE_STRING' \n".
+  //
+  // The text of a value that came from a document is converted leniently, without a message: a
+  // bool is true only for `yes`, a number is read as far as it goes and is 0 where it does not
+  // begin.
 
   /// Returns the bool, or whether the number is not 0 (NaN is true); false after the warning.
   bool getAsBool() const;
@@ -134,14 +140,19 @@ class QUARRY_EXPORT ParserValue {
 
   // --- Change ----------------------------------------------------------------------------------
 
-  /// The setters turn the value into their type, whatever it was, with the given data and no text.
-  /// Data of the value itself may be passed.
+  /// Makes the value a bool. All setters turn the value into their type, whatever it was, with the
+  /// given data and no text; a group is freed. Data of the value itself may be passed.
   void setBool(const bool& value);
+  /// Makes the value a character.
   void setChar(const char& value);
+  /// Makes the value an integer.
   void setInt(const int& value);
+  /// Makes the value a double.
   void setDouble(const double& value);
+  /// Makes the value a string, a copy.
   void setString(const std::string& value);
 
+  /// Makes the value a block of bytes.
   /// @param bytes the first byte; copied. May be null when `size` is 0.
   /// @param size the number of bytes
   void setBinaryData(void* bytes, const unsigned long& size);
@@ -181,45 +192,55 @@ class QUARRY_EXPORT ParserValue {
   /// @param count is increased by the number of bytes appended
   void getBinary(std::vector<char>& buffer, unsigned long& count, const bool& withTag) const;
 
-  /// The encoders append to `buffer`, little-endian on every machine, and return the number of
-  /// bytes that they appended: 1, 1, 4, 8, 8, the string's length and a zero byte, the block's
-  /// size (8 bytes) and bytes, the group's frame.
-  ///
-  /// The decoders read at `pos`, in bytes from 0, and move it behind what they have read. Where
-  /// fewer bytes are left than a number needs, they return 0 (false, 0.0) and leave `pos` at the
-  /// end of the data.
+  // The encoders append to `buffer`, little-endian on every machine, and return the number of bytes
+  // that they appended. The decoders read at `pos`, in bytes from 0, and move it behind what they
+  // have read; where fewer bytes are left than a number needs, they return 0 (false, 0.0) and leave
+  // `pos` at the end of the data.
 
+  /// Appends 1 for true, 0 for false. Returns 1.
   static unsigned long boolToBin(std::vector<char>& buffer, const bool& value);
-  /// Any byte but 0 is true.
+  /// Reads one byte, of which any but 0 is true; false at the end of the data.
   static bool binToBool(const std::vector<char>& buffer, unsigned long& pos);
 
+  /// Appends the byte. Returns 1.
   static unsigned long charToBin(std::vector<char>& buffer, const char& value);
+  /// Reads one byte; 0 at the end of the data.
   static char binToChar(const std::vector<char>& buffer, unsigned long& pos);
 
+  /// Appends four bytes, in two's complement. Returns 4.
   static unsigned long intToBin(std::vector<char>& buffer, const int& value);
+  /// Reads four bytes; 0 where they are cut short.
   static int binToInt(const std::vector<char>& buffer, unsigned long& pos);
 
+  /// Appends the eight bytes of the IEEE 754 form. Returns 8.
   static unsigned long doubleToBin(std::vector<char>& buffer, const double& value);
+  /// Reads eight bytes; 0.0 where they are cut short.
   static double binToDouble(const std::vector<char>& buffer, unsigned long& pos);
 
+  /// Appends an unsigned number of eight bytes. Returns 8.
   static unsigned long sizeToBin(std::vector<char>& buffer, const unsigned long& value);
+  /// Reads eight bytes; 0 where they are cut short.
   static unsigned long binTosize(const std::vector<char>& buffer, unsigned long& pos);
 
-  /// A string that holds a zero byte is read back only up to that byte.
+  /// Appends the bytes of the string and a zero byte. Returns the length of both. A string that
+  /// holds a zero byte is read back only up to that byte.
   static unsigned long stringToBin(std::vector<char>& buffer, const std::string& value);
-  /// Without a zero byte behind it a string is not read: the warning "ParserValue::binTostring:
-  /// Failed to parse string\n" is given, an empty string returned, and `pos` is at the end.
+  /// Reads a string and the zero byte behind it. Without that byte it is not read: the warning
+  /// "ParserValue::binTostring: Failed to parse string\n" is given, an empty string returned, and
+  /// `pos` is at the end.
   static std::string binToString(const std::vector<char>& buffer, unsigned long& pos);
 
+  /// Appends the size and as many bytes. Returns the length of both, `size` + 8.
   static unsigned long binaryDataToBin(std::vector<char>& buffer, void* bytes,
                                        const unsigned long& size);
-  /// Returns a new array, which the caller frees with `delete[]` as `char*`, and sets `size`. An
-  /// empty block gives null. Where fewer bytes are left than the size promises, the warning
-  /// "ParserValue::binToBinaryData: Failed to parse string\n" is given, null returned with size 0,
-  /// and `pos` is at the end.
+  /// Reads a block. Returns a new array, which the caller frees with `delete[]` as `char*`, and
+  /// sets `size`. An empty block gives null. Where fewer bytes are left than the size promises, the
+  /// warning "ParserValue::binToBinaryData: Failed to parse string\n" is given, null returned with
+  /// size 0, and `pos` is at the end.
   static void* binToBinaryData(const std::vector<char>& buffer, unsigned long& pos,
                                unsigned long& size);
 
+  /// Appends the frame of a group without its name. Returns the length of the frame.
   static unsigned long groupToBin(std::vector<char>& buffer, const ParserGroup& group);
 
   /// Reads a tag and what belongs to it. Decoded values hold typed data and no text.

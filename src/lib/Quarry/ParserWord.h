@@ -61,6 +61,7 @@ class QUARRY_EXPORT ParserWord {
 
   /// Copies the view and the classification; a template word is copied deeply.
   ParserWord(const ParserWord& other);
+  /// Does the same; when memory runs out the word stays as it was.
   ParserWord& operator=(const ParserWord& other);
 
   virtual ~ParserWord();

@@ -8,9 +8,6 @@
 
 #include <QByteArray>
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -5,7 +5,6 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
-#include <utility>
 #include <vector>
 
 namespace Quarry {
