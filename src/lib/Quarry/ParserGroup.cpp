@@ -7,14 +7,18 @@
 #include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
+#include "internal/NameIndex.h"
 #include "internal/ParserWordStream.h"
+#include "internal/SlabHeap.h"
 #include "internal/TextParser.h"
 #include "internal/TextWriter.h"
 #include "internal/TreeBuilder.h"
 #include "internal/TreeCopier.h"
 #include "internal/TreeRemover.h"
 
+#include <algorithm>
 #include <cassert>
+#include <numeric>
 
 namespace Quarry {
 
@@ -41,33 +45,78 @@ ParserItem::Type typeForName(const std::string& name) {
 
 // --- Make ----------------------------------------------------------------------------------------
 
-ParserGroup::ParserGroup(const std::string& groupName) : name(groupName) {}
+ParserGroup::ParserGroup(const std::string& groupName)
+    : name(groupName.empty() ? nullptr : new std::string(groupName)), plainCount(0) {}
 
 /// Delegates, so that the items copied so far are freed when one cannot be copied.
-ParserGroup::ParserGroup(const ParserGroup& other) : ParserGroup(other.name) {
+ParserGroup::ParserGroup(const ParserGroup& other) : ParserGroup(other.getName()) {
   TreeCopier::copyItems(other, *this);
 }
 
-ParserGroup::~ParserGroup() { TreeRemover::removeItems(items); }
+ParserGroup::~ParserGroup() {
+  if (!items.empty()) TreeRemover::removeItems(items);
+}
+
+void* ParserGroup::operator new(std::size_t size) { return SlabHeap::allocate(size); }
+
+void* ParserGroup::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return SlabHeap::allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void ParserGroup::operator delete(void* memory, std::size_t size) noexcept {
+  SlabHeap::free(memory, size);
+}
+
+void ParserGroup::operator delete(void* memory, const std::nothrow_t&) noexcept {
+  SlabHeap::free(memory, sizeof(ParserGroup));
+}
 
 // --- Look ----------------------------------------------------------------------------------------
 
+const std::string& ParserGroup::getName() const {
+  static const std::string* const none = new std::string;  // outlives every document
+  return name != nullptr ? *name : *none;
+}
+
+ParserItem* ParserGroup::plainAt(unsigned long index) const {
+  return items[positions != nullptr ? positions->plain[index] : index];
+}
+
 ParserItem* ParserGroup::getItem(const unsigned long& index) const {
-  assert(index < plainIndex.size());
-  return items[plainIndex[index]];
+  assert(index < plainCount);
+  return plainAt(index);
 }
 
-ParserItem* ParserGroup::find(const std::vector<unsigned long>& index,
-                              const std::string& wanted) const {
-  for (const unsigned long position : index) {
-    ParserItem* item = items[position];
-    if (item != nullptr && item->name == wanted) return item;
-  }
-  return nullptr;
-}
-
+/// The answer is always the one of a scan. Where a large group is scanned again and again, an index
+/// is made of the items that it has then; what was added since is scanned.
 ParserItem* ParserGroup::getItem(const std::string& wanted) const {
-  return find(plainIndex, wanted);
+  if (names != nullptr && names->isStale()) forgetNames();
+  if (names == nullptr) return findByScan(wanted, 0);
+  ParserItem* item = names->find(wanted);
+  return item != nullptr ? item : findByScan(wanted, names->getCount());
+}
+
+/// Returns the first of the plain items from `index` on that is called `wanted`, or null.
+ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long index) const {
+  constexpr unsigned long LARGE = 32;
+  constexpr unsigned long SCANS = 4;
+  if (plainCount >= LARGE && comparisons > SCANS * plainCount) {
+    makeNames();
+    return names != nullptr ? names->find(wanted) : nullptr;
+  }
+  for (unsigned long i = index; i < plainCount; ++i) {
+    ParserItem* item = plainAt(i);
+    if (item != nullptr && item->name == wanted) {
+      comparisons += i - index;
+      return item;
+    }
+  }
+  comparisons += plainCount - index;
+  return nullptr;
 }
 
 ParserGroup* ParserGroup::getGroup(const std::string& wanted) const {
@@ -76,13 +125,18 @@ ParserGroup* ParserGroup::getGroup(const std::string& wanted) const {
 }
 
 ParserItem* ParserGroup::getKeyword(const std::string& wanted) const {
-  return find(keywordIndex, wanted);
+  if (positions == nullptr) return nullptr;
+  for (const unsigned long position : positions->keywords) {
+    ParserItem* item = items[position];
+    if (item != nullptr && item->name == wanted) return item;
+  }
+  return nullptr;
 }
 
 std::vector<ParserItem*> ParserGroup::getEntries(const std::string& wanted) const {
   std::vector<ParserItem*> entries;
-  for (const unsigned long position : plainIndex) {
-    ParserItem* item = items[position];
+  for (unsigned long i = 0; i < plainCount; ++i) {
+    ParserItem* item = plainAt(i);
     if (item != nullptr && item->name == wanted) entries.push_back(item);
   }
   return entries;
@@ -93,20 +147,60 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
   return pattern.empty() ? all : all.getMatching(Plinth::Expression(pattern));
 }
 
-// --- Change --------------------------------------------------------------------------------------
+// --- The lists
+// -------------------------------------------------------------------------------------
 
-std::vector<unsigned long>& ParserGroup::indexFor(const ParserItem& item) {
-  return item.type == ParserItem::ITEM_PLAIN ? plainIndex : keywordIndex;
+/// Enters the item that comes to stand at `position`, the end of `items`.
+void ParserGroup::enter(const ParserItem& item, unsigned long position) {
+  const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
+  if (positions == nullptr && !(isPlain && position == plainCount)) makePositions();
+  if (positions != nullptr) {
+    (isPlain ? positions->plain : positions->keywords).push_back(position);
+  }
+  if (isPlain) ++plainCount;
+}
+
+/// Takes the item that was entered last out again.
+void ParserGroup::leave(const ParserItem& item) noexcept {
+  const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
+  if (positions != nullptr) (isPlain ? positions->plain : positions->keywords).pop_back();
+  if (isPlain) --plainCount;
+}
+
+void ParserGroup::makePositions() {
+  auto made = std::make_unique<Positions>();
+  made->plain.resize(plainCount);
+  std::iota(made->plain.begin(), made->plain.end(), 0UL);
+  positions = std::move(made);
+}
+
+/// An index of names is a help that can be done without.
+void ParserGroup::makeNames() const noexcept {
+  try {
+    std::vector<ParserItem*> plain(plainCount);
+    for (unsigned long i = 0; i < plainCount; ++i)
+      plain[i] = plainAt(i);
+    names = std::make_unique<NameIndex>(plain);
+  } catch (const std::bad_alloc&) {
+    names.reset();
+  }
+  comparisons = 0;
+}
+
+void ParserGroup::forgetNames() const noexcept {
+  names.reset();
+  comparisons = 0;
 }
 
 /// When memory runs out the group is as before and the item is still the caller's.
 void ParserGroup::append(ParserItem* item) {
-  std::vector<unsigned long>& index = indexFor(*item);
-  index.push_back(items.size());
+  constexpr std::size_t FIRST_ITEMS = 4;
+  if (items.capacity() == 0) items.reserve(FIRST_ITEMS);
+  enter(*item, items.size());
   try {
     items.push_back(item);
   } catch (...) {
-    index.pop_back();
+    leave(*item);
     throw;
   }
 }
@@ -118,10 +212,12 @@ ParserItem* ParserGroup::append(std::unique_ptr<ParserItem> item) {
 
 void ParserGroup::removeLastItem() {
   ParserItem* last = items.back();
-  indexFor(*last).pop_back();
+  leave(*last);
   items.pop_back();
   delete last;
 }
+
+// --- Change --------------------------------------------------------------------------------------
 
 ParserItem* ParserGroup::addItem(const ParserItem& item) {
   ParserItem* adopted = const_cast<ParserItem*>(&item);  // the caller gives it away, see the header
@@ -140,7 +236,7 @@ ParserGroup* ParserGroup::addGroup(const std::string& newName, const bool& foldi
 
 ParserGroup* ParserGroup::addGroup(ParserGroup* group, const bool& folding) {
   assert(group != nullptr);
-  return addGroupItem(group->name, group, folding);
+  return addGroupItem(group->getName(), group, folding);
 }
 
 ParserGroup* ParserGroup::addGroupItem(const std::string& newName, ParserGroup* group,
@@ -156,8 +252,9 @@ ParserGroup* ParserGroup::addGroupItem(const std::string& newName, ParserGroup* 
 }
 
 void ParserGroup::detachItem(const unsigned long& index) {
-  assert(index < plainIndex.size());
-  items[plainIndex[index]] = nullptr;
+  assert(index < plainCount);
+  forgetNames();
+  items[positions != nullptr ? positions->plain[index] : index] = nullptr;
 }
 
 /// The name may be the one of an item that is removed: it is not used any more when they go.
@@ -167,20 +264,29 @@ void ParserGroup::removeItem(const std::string& doomed) {
   for (ParserItem* item : items) {
     if (item != nullptr) (item->name == doomed ? removed : kept).push_back(item);
   }
-  std::vector<unsigned long> plain;
-  std::vector<unsigned long> keywords;
-  for (unsigned long i = 0; i < kept.size(); ++i) {
-    (kept[i]->type == ParserItem::ITEM_PLAIN ? plain : keywords).push_back(i);
-  }
+  std::unique_ptr<Positions> found = findPositions(kept);
+  plainCount = found != nullptr ? found->plain.size() : kept.size();
+  positions = std::move(found);
   items.swap(kept);
-  plainIndex.swap(plain);
-  keywordIndex.swap(keywords);
+  forgetNames();
   TreeRemover::removeItems(removed);
 }
 
+/// Returns the positions of items of which none is null; null when all of them are plain.
+std::unique_ptr<ParserGroup::Positions> ParserGroup::findPositions(
+    const std::vector<ParserItem*>& list) {
+  const auto isPlain = [](const ParserItem* item) { return item->type == ParserItem::ITEM_PLAIN; };
+  if (std::all_of(list.begin(), list.end(), isPlain)) return nullptr;
+  auto found = std::make_unique<Positions>();
+  for (unsigned long i = 0; i < list.size(); ++i)
+    (isPlain(list[i]) ? found->plain : found->keywords).push_back(i);
+  return found;
+}
+
 void ParserGroup::clear() {
-  plainIndex.clear();
-  keywordIndex.clear();
+  plainCount = 0;
+  positions.reset();
+  forgetNames();
   TreeRemover::removeItems(items);
 }
 
@@ -197,15 +303,17 @@ bool ParserGroup::setText(const std::string& text, const double& version) {
 }
 
 bool ParserGroup::setText(ParserWordStream& stream) {
-  TreeBuilder builder(*this);
-  return TextParser(stream, builder).parse();
+  TreeBuilder builder(*this, stream.hasZeroBytes());
+  const bool result = TextParser(stream, builder).parse();
+  builder.completeItem();
+  return result;
 }
 
 // --- Binary --------------------------------------------------------------------------------------
 
 std::vector<char> ParserGroup::getBinary(const bool& withName) const {
   std::vector<char> buffer;
-  if (withName) ParserValue::stringToBin(buffer, name);
+  if (withName) ParserValue::stringToBin(buffer, getName());
   BinaryWriter(buffer).writeGroup(*this);
   return buffer;
 }

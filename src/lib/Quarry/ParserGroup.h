@@ -5,12 +5,15 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserItems.h>
 
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
 namespace Quarry {
 
+class NameIndex;
 class ParserWordStream;
 
 /// Holds items in the order in which they were added. Names need not be unique.
@@ -43,13 +46,22 @@ class QUARRY_EXPORT ParserGroup {
 
   ~ParserGroup();
 
+  /// Groups have memory of their own kind, which is cheaper to get and to free than the process's.
+  /// Throws `std::bad_alloc`.
+  static void* operator new(std::size_t size);
+  static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept;
+  static void* operator new(std::size_t, void* place) noexcept { return place; }
+  static void operator delete(void* memory, std::size_t size) noexcept;
+  static void operator delete(void* memory, const std::nothrow_t& tag) noexcept;
+  static void operator delete(void*, void*) noexcept {}
+
   // --- Look ------------------------------------------------------------------------------------
 
   /// Returns the name given at construction; nested groups of a document that was read have none.
-  const std::string& getName() const { return name; }
+  const std::string& getName() const;
 
   /// Returns the number of plain items, detached ones included; keywords are not counted.
-  unsigned long getItemCount() const { return plainIndex.size(); }
+  unsigned long getItemCount() const { return plainCount; }
 
   /// Returns plain item `index`, in order of addition from 0; null when it was detached. An index
   /// at or past getItemCount() is the caller's error (an assertion in a debug build).
@@ -172,17 +184,35 @@ class QUARRY_EXPORT ParserGroup {
   template <class Visitor>
   friend class TreeWalker;
 
+  /// Positions in `items`, where the plain items are not simply the first of them.
+  struct Positions {
+    std::vector<unsigned long> plain;
+    std::vector<unsigned long> keywords;
+  };
+
   void append(ParserItem* item);
   ParserItem* append(std::unique_ptr<ParserItem> item);
   ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group, bool folding);
   void removeLastItem();
-  std::vector<unsigned long>& indexFor(const ParserItem& item);
-  ParserItem* find(const std::vector<unsigned long>& index, const std::string& wanted) const;
+  void enter(const ParserItem& item, unsigned long position);
+  void leave(const ParserItem& item) noexcept;
+  void makePositions();
+  static std::unique_ptr<Positions> findPositions(const std::vector<ParserItem*>& list);
+  ParserItem* plainAt(unsigned long index) const;
+  ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
+  void makeNames() const noexcept;
+  void forgetNames() const noexcept;
 
-  std::string name;
+  std::unique_ptr<const std::string> name;  ///< null for an empty one: nested groups have none
   std::vector<ParserItem*> items;           ///< owned; null where an item was detached
-  std::vector<unsigned long> plainIndex;    ///< positions of the plain items in `items`
-  std::vector<unsigned long> keywordIndex;  ///< positions of all others
+  union {
+    unsigned long plainCount;   ///< plain items that can be looked up, detached ones included
+    ParserGroup* nextToRemove;  ///< while its tree is freed, the next group to free
+  };
+  std::unique_ptr<Positions> positions;      ///< null while `items` begins with the plain items and
+                                             ///< no other item can be looked up
+  mutable std::unique_ptr<NameIndex> names;  ///< of a large group in which much is looked up
+  mutable unsigned long comparisons = 0;     ///< of names, since `names` was made or given up
 };
 
 }  // namespace Quarry

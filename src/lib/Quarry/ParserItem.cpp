@@ -7,64 +7,115 @@
 
 #include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
+#include "internal/NameIndex.h"
+#include "internal/SlabHeap.h"
 #include "internal/StringText.h"
 #include "internal/TextWriter.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
 namespace Quarry {
 
-namespace {
-
-std::unique_ptr<ParserValue> makeEmptyGroup() {
-  return std::make_unique<ParserValue>(ParserValue::TYPE_GROUP, std::string());
-}
-
-}  // namespace
-
 // --- Make ----------------------------------------------------------------------------------------
 
 ParserItem::ParserItem(const std::string& itemName, const Type& itemType,
                        const unsigned long& itemLine, const unsigned long& itemColumn)
-    : name(itemName),
-      line(itemLine),
-      column(itemColumn),
-      arrayCount(NO_ARRAY),
+    : ParserItem(WithOwnName(), std::string(itemName), itemType, itemLine, itemColumn) {}
+
+ParserItem::ParserItem(WithOwnName, std::string&& itemName, Type itemType, unsigned long itemLine,
+                       unsigned long itemColumn) noexcept
+    : name(std::move(itemName)),
+      values(ownPlaces()),
+      count(0),
+      capacity(1),
+      line(saturate(itemLine)),
+      column(saturate(itemColumn)),
       type(itemType),
       folding(false) {}
+
+/// Makes an item with room for `places` values, where they shall not have to be moved from.
+ParserItem* ParserItem::make(std::string&& itemName, Type itemType, unsigned long itemLine,
+                             unsigned long itemColumn, unsigned long places) {
+  constexpr unsigned long MOST = (SlabHeap::LARGEST - sizeof(ParserItem)) / sizeof(ParserValue) + 1;
+  const unsigned long own = places <= MOST ? std::max(places, 1UL) : 1;
+  void* memory = SlabHeap::allocate(sizeof(ParserItem) + (own - 1) * sizeof(ParserValue));
+  ParserItem* item =
+      ::new (memory) ParserItem(WithOwnName(), std::move(itemName), itemType, itemLine, itemColumn);
+  item->capacity = static_cast<std::uint32_t>(own);
+  return item;
+}
 
 /// Delegates, so that the values copied so far are freed when one cannot be copied.
 ParserItem::ParserItem(const ParserItem& other)
     : ParserItem(other.name, other.type, other.line, other.column) {
-  copyAttributes(other);
-  values.reserve(other.values.size());
-  for (const ParserValue* value : other.values)
-    append(std::make_unique<ParserValue>(*value));
+  copyDetails(other);
+  reserve(other.count);
+  for (const ParserValue& value : other) {
+    ::new (nextPlace()) ParserValue(value);
+    ++count;
+  }
 }
 
-ParserItem::~ParserItem() { reset(); }
+ParserItem::~ParserItem() {
+  reset();
+  freePlaces();
+}
+
+/// All memory of items comes from one place, so that an item can be made with more room than this
+/// class knows of.
+void* ParserItem::operator new(std::size_t size) { return SlabHeap::allocate(size); }
+
+void* ParserItem::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return SlabHeap::allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void ParserItem::operator delete(void* memory, std::size_t size) noexcept {
+  SlabHeap::free(memory, size);
+}
+
+void ParserItem::operator delete(void* memory, const std::nothrow_t&) noexcept {
+  SlabHeap::free(memory, sizeof(ParserItem));
+}
 
 /// The copy is complete before anything of this item is given up: `other` may be part of it.
 void ParserItem::copyFrom(const ParserItem& other) {
   ParserItem copy(other);
-  std::swap(values, copy.values);
+  copy.reserve(2);  // in a list of its own, which can be handed over
+  noteNewName();
   std::swap(name, copy.name);
-  std::swap(templateName, copy.templateName);
+  std::swap(details, copy.details);
   line = copy.line;
   column = copy.column;
-  arrayCount = copy.arrayCount;
   type = copy.type;
+  reset();
+  freePlaces();
+  values = std::exchange(copy.values, copy.ownPlaces());
+  count = std::exchange(copy.count, 0);
+  capacity = std::exchange(copy.capacity, 1);
 }
 
-void ParserItem::copyAttributes(const ParserItem& other) {
-  arrayCount = other.arrayCount;
-  templateName = other.templateName;
+void ParserItem::copyDetails(const ParserItem& other) {
+  details = other.details != nullptr ? std::make_unique<Details>(*other.details) : nullptr;
+}
+
+std::uint32_t ParserItem::saturate(unsigned long number) {
+  return static_cast<std::uint32_t>(std::min<unsigned long>(number, UINT32_MAX));
 }
 
 // --- Look ----------------------------------------------------------------------------------------
 
-bool ParserItem::isGroup() const { return values.size() == 1 && values.front()->isGroup(); }
+const std::string& ParserItem::getTemplate() const {
+  static const std::string* const none = new std::string;  // outlives every document
+  return details != nullptr ? details->templateName : *none;
+}
+
+bool ParserItem::isGroup() const { return count == 1 && values->isGroup(); }
 
 bool ParserItem::isMatching(const Plinth::Expression& pattern) const {
   return pattern.isValid() && pattern.match(name);
@@ -73,8 +124,8 @@ bool ParserItem::isMatching(const Plinth::Expression& pattern) const {
 // --- Look at values ------------------------------------------------------------------------------
 
 ParserValue& ParserItem::valueAt(const unsigned long& index) const {
-  assert(index < values.size());
-  return *values[index];
+  assert(index < count);
+  return values[index];
 }
 
 const ParserValue::Type& ParserItem::getValueType(const unsigned long& index) const {
@@ -107,12 +158,12 @@ unsigned long ParserItem::getBinaryDataSize(const unsigned long& index) const {
 }
 
 std::string ParserItem::getWord(const unsigned long& index) const {
-  const std::string* text = valueAt(index).getStoredText();
-  return text != nullptr ? *text : std::string();
+  const ParserValue& value = valueAt(index);
+  return value.hasText() ? std::string(value.getBytes()) : std::string();
 }
 
 ParserGroup* ParserItem::getGroup(const unsigned long& index) const {
-  if (values.empty()) return append(makeEmptyGroup())->getGroup();
+  if (count == 0) return appendGroup(nullptr);
   return valueAt(index).getGroup();
 }
 
@@ -142,13 +193,30 @@ bool ParserItem::isValueGroup(const unsigned long& index) const {
 
 // --- Change --------------------------------------------------------------------------------------
 
-void ParserItem::rename(const std::string& newName) { name = newName; }
-
-void ParserItem::setArray(const bool& array, const unsigned long& count) {
-  arrayCount = array ? count : NO_ARRAY;
+void ParserItem::rename(const std::string& newName) {
+  std::string copy(newName);  // it may be this item's own
+  noteNewName();
+  name.swap(copy);
 }
 
-void ParserItem::setTemplate(const std::string& newTemplate) { templateName = newTemplate; }
+/// Groups that look names up in an index have to look again.
+void ParserItem::noteNewName() const {
+  if (isIndexed) NameIndex::forgetAll();
+}
+
+void ParserItem::setArray(const bool& array, const unsigned long& size) {
+  const unsigned long arrayCount = array ? size : NO_ARRAY;
+  if (details != nullptr || array) makeDetails().arrayCount = arrayCount;
+}
+
+void ParserItem::setTemplate(const std::string& newTemplate) {
+  if (details != nullptr || !newTemplate.empty()) makeDetails().templateName = newTemplate;
+}
+
+ParserItem::Details& ParserItem::makeDetails() {
+  if (details == nullptr) details = std::make_unique<Details>();
+  return *details;
+}
 
 void ParserItem::setFolding(const bool& on) { folding = on; }
 
@@ -172,16 +240,44 @@ void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const uns
   valueAt(index).setBinaryData(bytes, size);
 }
 
-// --- Add and remove values -----------------------------------------------------------------------
+// --- The list of values
+// ----------------------------------------------------------------------------
 
-ParserValue* ParserItem::append(std::unique_ptr<ParserValue> value) const {
-  values.push_back(value.get());
-  return value.release();
+/// Returns where the next value is to be made; `count` is increased when it has been.
+void* ParserItem::nextPlace() const {
+  if (count == capacity) reserve(std::max(2UL * capacity, 4UL));
+  return values + count;
 }
 
-void ParserItem::appendText(ParserValue::Type valueType, std::string&& text) {
-  append(std::unique_ptr<ParserValue>(
-      new ParserValue(valueType, std::make_unique<std::string>(std::move(text)))));
+/// Makes room for so many values; at least two, if the room there is does not suffice.
+void ParserItem::reserve(unsigned long places) const {
+  if (places <= capacity) return;
+  const std::size_t size = SlabHeap::roundUp(places * sizeof(ParserValue));
+  const unsigned long room = size / sizeof(ParserValue);
+  if (room > UINT32_MAX) throw std::bad_alloc();
+  auto* list = static_cast<ParserValue*>(SlabHeap::allocate(size));
+  moveValuesTo(list);
+  freePlaces();
+  values = list;
+  capacity = static_cast<std::uint32_t>(room);
+}
+
+void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
+  for (ParserValue& value : *this)
+    ::new (places++) ParserValue(ParserValue::Form::TEXT, value);
+}
+
+/// Frees the list, without its values, unless it is a part of the item.
+void ParserItem::freePlaces() const noexcept {
+  if (values != ownPlaces()) SlabHeap::free(values, capacity * sizeof(ParserValue));
+}
+
+// --- Add and remove values -----------------------------------------------------------------------
+
+void ParserItem::appendText(ParserValue::Type valueType, std::string_view text) {
+  ::new (nextPlace())
+      ParserValue(ParserValue::Form::TEXT, valueType, text, text.data() + text.size());
+  ++count;
 }
 
 void ParserItem::addBool(const bool& value) {
@@ -201,36 +297,33 @@ void ParserItem::addDouble(const double& value) {
 }
 
 void ParserItem::addString(const std::string& value) {
-  appendText(ParserValue::TYPE_STRING, std::string(value));
+  appendText(ParserValue::TYPE_STRING, value);
 }
 
 void ParserItem::addBinaryData(void* bytes, const unsigned long& size) {
-  append(std::make_unique<ParserValue>(bytes, size));
+  ::new (nextPlace()) ParserValue(bytes, size);
+  ++count;
 }
 
+ParserGroup* ParserItem::addGroup(ParserGroup* group) { return appendGroup(group); }
+
 /// The place in the list is made first: the group is adopted only when nothing can fail any more.
-ParserGroup* ParserItem::addGroup(ParserGroup* group) {
-  if (group == nullptr) return append(makeEmptyGroup())->getGroup();
-  values.push_back(nullptr);
-  try {
-    values.back() = new ParserValue(group);
-  } catch (...) {
-    values.pop_back();
-    throw;
-  }
-  return group;
+ParserGroup* ParserItem::appendGroup(ParserGroup* group) const {
+  ParserValue* value = ::new (nextPlace()) ParserValue(group);
+  ++count;
+  return value->getGroup();
 }
 
 void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueType) {
   if (valueType == ParserValue::TYPE_BINARYDATA) {
-    append(std::unique_ptr<ParserValue>(
-        new ParserValue(ParserValue::readBlock({word.begin(), word.length}))));
+    ::new (nextPlace()) ParserValue(ParserValue::readBlock({word.begin(), word.length}));
+    ++count;
   } else if (valueType == ParserValue::TYPE_STRING) {
     appendText(valueType, readQuoted(word));
-  } else if (ParserValue::isKeptAsText(valueType)) {
-    appendText(valueType, word.getString());
   } else {
-    append(std::make_unique<ParserValue>(valueType, word.getString()));
+    const std::string text = word.getString();
+    ::new (nextPlace()) ParserValue(valueType, text);
+    ++count;
   }
 }
 
@@ -248,19 +341,20 @@ std::string ParserItem::readQuoted(const ParserWord& word) {
 }
 
 void ParserItem::removeValue(const std::vector<unsigned long>& indices) {
-  std::vector<bool> doomed(values.size(), false);
+  std::vector<bool> doomed(count, false);
   for (const unsigned long index : indices) {
-    if (index < doomed.size()) doomed[index] = true;
+    if (index < count) doomed[index] = true;
   }
-  unsigned long kept = 0;
-  for (unsigned long i = 0; i < values.size(); ++i) {
+  std::uint32_t kept = 0;
+  for (std::uint32_t i = 0; i < count; ++i) {
     if (doomed[i]) {
-      delete values[i];
+      values[i].~ParserValue();
     } else {
-      values[kept++] = values[i];
+      if (kept != i) ::new (&values[kept]) ParserValue(ParserValue::Form::TEXT, values[i]);
+      ++kept;
     }
   }
-  values.resize(kept);
+  count = kept;
 }
 
 void ParserItem::removeValue(const unsigned long& index) {
@@ -268,9 +362,9 @@ void ParserItem::removeValue(const unsigned long& index) {
 }
 
 void ParserItem::reset() {
-  for (ParserValue* value : values)
-    delete value;
-  values.clear();
+  for (ParserValue& value : *this)
+    value.ParserValue::~ParserValue();
+  count = 0;
 }
 
 // --- Text ----------------------------------------------------------------------------------------

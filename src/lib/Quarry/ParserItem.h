@@ -4,9 +4,12 @@
 #include <Quarry/Export.h>
 #include <Quarry/ParserValue.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Plinth {
@@ -62,6 +65,15 @@ class QUARRY_EXPORT ParserItem {
 
   ~ParserItem();
 
+  /// Items have memory of their own kind, which is cheaper to get and to free than the process's.
+  /// Throws `std::bad_alloc`.
+  static void* operator new(std::size_t size);
+  static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept;
+  static void* operator new(std::size_t, void* place) noexcept { return place; }
+  static void operator delete(void* memory, std::size_t size) noexcept;
+  static void operator delete(void* memory, const std::nothrow_t& tag) noexcept;
+  static void operator delete(void*, void*) noexcept {}
+
   /// Replaces everything but the folding flag by a deep copy of `other`, which may be this item or
   /// stand below it. When memory runs out the item stays as it was.
   void copyFrom(const ParserItem& other);
@@ -75,19 +87,21 @@ class QUARRY_EXPORT ParserItem {
   const Type& getType() const { return type; }
 
   /// Returns the number of values.
-  unsigned long getValueCount() const { return values.size(); }
+  unsigned long getValueCount() const { return count; }
 
   /// Returns the array size; 0 for an array of unspecified size, NO_ARRAY for no array.
-  const unsigned long& getArrayCount() const { return arrayCount; }
+  const unsigned long& getArrayCount() const {
+    return details != nullptr ? details->arrayCount : NO_ARRAY;
+  }
 
   /// Returns the template name; empty when the item is no template instance.
-  const std::string& getTemplate() const { return templateName; }
+  const std::string& getTemplate() const;
 
   /// Tells whether the item is an array, also one of unspecified size.
-  bool isArray() const { return arrayCount != NO_ARRAY; }
+  bool isArray() const { return getArrayCount() != NO_ARRAY; }
 
   /// Tells whether the item has a template name.
-  bool isTemplate() const { return !templateName.empty(); }
+  bool isTemplate() const { return !getTemplate().empty(); }
 
   /// Tells whether the item is a keyword.
   bool isKeyWord() const { return type == ITEM_KEYWORD; }
@@ -235,6 +249,7 @@ class QUARRY_EXPORT ParserItem {
 
  private:
   friend class BinaryReader;
+  friend class NameIndex;
   friend class ParserGroup;
   friend class TextWriter;
   friend class TreeBuilder;
@@ -243,20 +258,47 @@ class QUARRY_EXPORT ParserItem {
   template <class Visitor>
   friend class TreeWalker;
 
+  /// What few items have.
+  struct Details {
+    unsigned long arrayCount = NO_ARRAY;
+    std::string templateName;
+  };
+
+  struct WithOwnName {};
+  ParserItem(WithOwnName, std::string&& itemName, Type itemType, unsigned long itemLine,
+             unsigned long itemColumn) noexcept;
+  static ParserItem* make(std::string&& itemName, Type itemType, unsigned long itemLine,
+                          unsigned long itemColumn, unsigned long places);
+
+  ParserValue* begin() const { return values; }
+  ParserValue* end() const { return values + count; }
   ParserValue& valueAt(const unsigned long& index) const;
-  ParserValue* append(std::unique_ptr<ParserValue> value) const;
-  void appendText(ParserValue::Type valueType, std::string&& text);
-  void copyAttributes(const ParserItem& other);
+  ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
+  static std::uint32_t saturate(unsigned long number);
+  void* nextPlace() const;
+  void reserve(unsigned long places) const;
+  void moveValuesTo(ParserValue* places) const noexcept;
+  void freePlaces() const noexcept;
+  void appendText(ParserValue::Type valueType, std::string_view text);
+  ParserGroup* appendGroup(ParserGroup* group) const;
+  void copyDetails(const ParserItem& other);
+  Details& makeDetails();
+  void noteNewName() const;
   static std::string readQuoted(const ParserWord& word);
 
   std::string name;
-  mutable std::vector<ParserValue*> values;  ///< owned; getGroup() may add the first one
-  unsigned long line;
-  unsigned long column;
-  unsigned long arrayCount;
-  std::string templateName;
+  mutable ParserValue* values;       ///< side by side; getGroup() may add the first one
+  mutable std::uint32_t count;       ///< of the values
+  mutable std::uint32_t capacity;    ///< of the places at `values`
+  std::unique_ptr<Details> details;  ///< of an array or a template instance, else null
+  std::uint32_t line;                ///< places beyond 2^32 are not told apart
+  std::uint32_t column;
   Type type;
   bool folding;
+  mutable bool isIndexed = false;  ///< a group's NameIndex knows the item under its name
+
+  /// The place of the first value. An item that is made for more values has more places behind it.
+  alignas(ParserValue) mutable unsigned char ownPlace[sizeof(ParserValue)];
 };
 
 }  // namespace Quarry

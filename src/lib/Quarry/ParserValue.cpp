@@ -1,7 +1,6 @@
 #include <Quarry/ParserValue.h>
 
 #include <Plinth/Console.h>
-#include <Plinth/Label.h>
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserWord.h>
 
@@ -11,6 +10,7 @@
 #include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
 #include "internal/NumberText.h"
+#include "internal/SlabHeap.h"
 #include "internal/StringText.h"
 
 #include <cstring>
@@ -43,66 +43,91 @@ std::unique_ptr<char[]> copyBytes(const void* bytes, unsigned long size) {
 
 // --- Make ----------------------------------------------------------------------------------------
 
-ParserValue::ParserValue(const bool& value)
-    : type(TYPE_BOOL), dataValid(true), textValid(false), data(), slot() {
-  data.boolean = value;
+ParserValue::ParserValue(Form form, Type valueType)
+    : type(valueType),
+      dataValid(form == Form::DATA),
+      textValid(form == Form::TEXT),
+      ownsMemory(false),
+      textLength(0) {}
+
+ParserValue::ParserValue(const bool& value) : ParserValue(Form::DATA, TYPE_BOOL) {
+  content.data.boolean = value;
 }
 
-ParserValue::ParserValue(const char& value)
-    : type(TYPE_CHAR), dataValid(true), textValid(false), data(), slot() {
-  data.character = value;
+ParserValue::ParserValue(const char& value) : ParserValue(Form::DATA, TYPE_CHAR) {
+  content.data.character = value;
 }
 
-ParserValue::ParserValue(const int& value)
-    : type(TYPE_INT), dataValid(true), textValid(false), data(), slot() {
-  data.integer = value;
+ParserValue::ParserValue(const int& value) : ParserValue(Form::DATA, TYPE_INT) {
+  content.data.integer = value;
 }
 
-ParserValue::ParserValue(const double& value)
-    : type(TYPE_DOUBLE), dataValid(true), textValid(false), data(), slot() {
-  data.number = value;
+ParserValue::ParserValue(const double& value) : ParserValue(Form::DATA, TYPE_DOUBLE) {
+  content.data.number = value;
 }
 
 ParserValue::ParserValue(const std::string& value)
-    : type(TYPE_STRING), dataValid(true), textValid(false), data(), slot() {
-  data.string = new std::string(value);
-}
+    : ParserValue(Form::DATA, std::string_view(value)) {}
 
-ParserValue::ParserValue(const char* value) : ParserValue(std::string(value)) {}
+ParserValue::ParserValue(const char* value) : ParserValue(Form::DATA, std::string_view(value)) {}
+
+ParserValue::ParserValue(Form form, std::string_view bytes) : ParserValue(form, TYPE_STRING) {
+  storeText(bytes, CONTENT_TEXT);
+}
 
 ParserValue::ParserValue(void* bytes, const unsigned long& size)
     : ParserValue(makeBlock(size > 0 ? copyBytes(bytes, size) : nullptr, size)) {}
 
 ParserValue::ParserValue(std::unique_ptr<BinaryBlock> block)
-    : type(TYPE_BINARYDATA), dataValid(true), textValid(false), data(), slot() {
-  data.block = block.release();
+    : ParserValue(Form::DATA, TYPE_BINARYDATA) {
+  content.data.block = block.release();
+  ownsMemory = true;
 }
 
-ParserValue::ParserValue(ParserGroup* group)
-    : type(TYPE_GROUP), dataValid(false), textValid(true), data(), slot() {
-  slot.group = group != nullptr ? group : new ParserGroup(std::string());
+ParserValue::ParserValue(ParserGroup* group) : ParserValue(Form::TEXT, TYPE_GROUP) {
+  content.slot.group = group != nullptr ? group : new ParserGroup(std::string());
+  ownsMemory = true;
 }
 
 ParserValue::ParserValue(std::nullptr_t) : ParserValue(static_cast<ParserGroup*>(nullptr)) {}
 
 ParserValue::ParserValue(const Type& valueType, const std::string& text)
-    : type(valueType), dataValid(false), textValid(false), data(), slot() {
+    : ParserValue(Form::TEXT, valueType) {
   if (type == TYPE_GROUP) {
-    slot.group = new ParserGroup(text);
-    textValid = true;
+    content.slot.group = new ParserGroup(text);
+    ownsMemory = true;
   } else if (type == TYPE_BINARYDATA) {
-    data.block = readBlock(text).release();
+    content.data.block = readBlock(text).release();
+    ownsMemory = true;
     dataValid = true;
+    textValid = false;
   } else if (isKeptAsText(type)) {
-    slot.text = new std::string(text);
-    textValid = true;
+    storeText(text, CONTENT_TEXT);
+  } else {
+    textValid = false;
   }
 }
 
-ParserValue::ParserValue(Type valueType, std::unique_ptr<std::string> text)
-    : type(valueType), dataValid(false), textValid(true), data(), slot() {
-  slot.text = text.release();
+/// Where enough may be read, a text is copied by the room that there is and not by its length: that
+/// takes no call and no branch.
+ParserValue::ParserValue(Form form, Type valueType, std::string_view text, const char* readable)
+    : ParserValue(form, valueType) {
+  const auto left = static_cast<unsigned long>(readable - text.data());
+  if (text.size() <= CONTENT_TEXT && left >= CONTENT_TEXT) {
+    std::memcpy(&content, text.data(), CONTENT_TEXT);
+    textLength = static_cast<std::uint8_t>(text.size());
+  } else {
+    storeText(text, CONTENT_TEXT);
+  }
 }
+
+ParserValue::ParserValue(Form, ParserValue& from) noexcept
+    : type(from.type),
+      dataValid(from.dataValid),
+      textValid(from.textValid),
+      ownsMemory(from.ownsMemory),
+      textLength(from.textLength),
+      content(from.content) {}
 
 std::unique_ptr<ParserValue::BinaryBlock> ParserValue::makeBlock(std::unique_ptr<char[]> bytes,
                                                                  unsigned long size) {
@@ -121,24 +146,27 @@ bool ParserValue::isKeptAsText(Type type) {
 }
 
 /// The text of a block is only a cache and is left behind.
-ParserValue::ParserValue(const ParserValue& other)
-    : type(other.type), dataValid(false), textValid(false), data(), slot() {
-  std::unique_ptr<std::string> text;
-  std::unique_ptr<ParserGroup> group;
-  if (const ParserGroup* source = other.getGroup()) group = std::make_unique<ParserGroup>(*source);
-  if (other.getStoredText() != nullptr && type != TYPE_BINARYDATA) {
-    text = std::make_unique<std::string>(*other.getStoredText());
-  }
-  if (other.dataValid) copyData(other);
-  textValid = group != nullptr || text != nullptr;
-  if (group != nullptr) {
-    slot.group = group.release();
+ParserValue::ParserValue(const ParserValue& other) : ParserValue(Form::TEXT, other.type) {
+  textValid = other.textValid && type != TYPE_BINARYDATA;
+  dataValid = other.dataValid;
+  if (const ParserGroup* group = other.getGroup()) {
+    content.slot.group = new ParserGroup(*group);
+    ownsMemory = true;
+  } else if (type == TYPE_BINARYDATA && dataValid) {
+    const BinaryBlock& block = *other.content.data.block;
+    content.data.block = makeBlock(copyBytes(block.data.get(), block.size), block.size).release();
+    ownsMemory = true;
+  } else if (type == TYPE_STRING) {
+    storeText(other.getBytes(), CONTENT_TEXT);
   } else {
-    slot.text = text.release();
+    storeText(other.getBytes(), dataValid ? SLOT_TEXT : CONTENT_TEXT);
+    if (dataValid) content.data = other.content.data;
   }
 }
 
-ParserValue::~ParserValue() { clear(); }
+ParserValue::~ParserValue() {
+  if (ownsMemory) release();
+}
 
 // --- Look ----------------------------------------------------------------------------------------
 
@@ -164,36 +192,61 @@ int ParserValue::getAsInt() const { return isNumeric("getAsInt") ? toInt(getNumb
 
 double ParserValue::getAsDouble() const { return isNumeric("getAsDouble") ? getNumber() : 0.0; }
 
+/// Tells whether there is a string, and warns where there is none.
+bool ParserValue::isHeldString() const {
+  makeValue();
+  if (type == TYPE_STRING && dataValid) return true;
+  warnOfMismatch("getAsString");
+  return false;
+}
+
+/// The bytes of a string lie like a text until they are asked for. Then they move into an object of
+/// the standard library, and stay there.
 const std::string& ParserValue::getAsString() const {
   static const std::string* const empty = new std::string;  // outlives every document
-  makeValue();
-  if (type == TYPE_STRING && dataValid) return *data.string;
-  warnOfMismatch("getAsString");
-  return *empty;
+  if (!isHeldString()) return *empty;
+  if (textLength != STRING_TEXT) {
+    auto* string = new std::string(getBytes());
+    if (textLength == LONG_TEXT) freeLongText();
+    content.data.string = string;
+    textLength = STRING_TEXT;
+    ownsMemory = true;
+  }
+  return *content.data.string;
 }
 
 void* ParserValue::getAsBinaryData(unsigned long& size) const {
   makeValue();
   if (type == TYPE_BINARYDATA && dataValid) {
-    size = data.block->size;
-    return data.block->data.get();
+    size = content.data.block->size;
+    return content.data.block->data.get();
   }
   warnOfMismatch("getAsBinaryData");
   return nullptr;
 }
 
+/// A text that reaches into the place of the data stays there: the data is then made anew each
+/// time.
 void ParserValue::makeValue() const {
-  if (dataValid || !textValid) return;
-  const std::string* text = getStoredText();
-  switch (type) {
-    case TYPE_BOOL: data.boolean = *text == "yes"; break;
-    case TYPE_CHAR: data.character = lowByte(readInteger(*text)); break;
-    case TYPE_INT: data.integer = static_cast<int>(readInteger(*text)); break;
-    case TYPE_DOUBLE: data.number = Plinth::getDouble(*text); break;
-    case TYPE_STRING: data.string = new std::string(*text); break;
-    default: return;
+  if (dataValid || !hasText() || type == TYPE_EMPTY) return;
+  if (type != TYPE_STRING) {
+    if (textLength > SLOT_TEXT && textLength <= CONTENT_TEXT) return;
+    content.data = convert();
   }
   dataValid = true;
+}
+
+/// Makes the data of a number or bool from its text.
+ParserValue::Data ParserValue::convert() const {
+  const std::string_view text = getBytes();
+  Data data;
+  switch (type) {
+    case TYPE_BOOL: data.boolean = text == "yes"; break;
+    case TYPE_CHAR: data.character = lowByte(readInteger(text)); break;
+    case TYPE_INT: data.integer = static_cast<int>(readInteger(text)); break;
+    default: data.number = readDouble(text); break;
+  }
+  return data;
 }
 
 /// Tells whether the type converts to numbers, and warns where it does not.
@@ -206,7 +259,8 @@ bool ParserValue::isNumeric(const char* operation) const {
 /// Every bool, character and integer is a double without loss.
 double ParserValue::getNumber() const {
   makeValue();
-  if (!dataValid) return 0.0;
+  if (!dataValid && !textValid) return 0.0;
+  const Data data = dataValid ? content.data : convert();
   switch (type) {
     case TYPE_BOOL: return data.boolean ? 1.0 : 0.0;
     case TYPE_CHAR: return toInt(data.character);
@@ -223,43 +277,51 @@ void ParserValue::warnOfMismatch(const char* operation) const {
 
 void ParserValue::setBool(const bool& value) {
   become(TYPE_BOOL);
-  data.boolean = value;
+  content.data.boolean = value;
 }
 
 void ParserValue::setChar(const char& value) {
   become(TYPE_CHAR);
-  data.character = value;
+  content.data.character = value;
 }
 
 void ParserValue::setInt(const int& value) {
   become(TYPE_INT);
-  data.integer = value;
+  content.data.integer = value;
 }
 
 void ParserValue::setDouble(const double& value) {
   become(TYPE_DOUBLE);
-  data.number = value;
+  content.data.number = value;
 }
 
+/// The new string is complete before the old one is given up: it may be a part of it.
 void ParserValue::setString(const std::string& value) {
-  auto copy = std::make_unique<std::string>(value);
+  ParserValue held(value);
   become(TYPE_STRING);
-  data.string = copy.release();
+  takeOver(held);
 }
 
 void ParserValue::setBinaryData(void* bytes, const unsigned long& size) {
-  std::unique_ptr<BinaryBlock> block = makeBlock(copyBytes(bytes, size), size);
+  ParserValue held(makeBlock(copyBytes(bytes, size), size));
   become(TYPE_BINARYDATA);
-  data.block = block.release();
+  takeOver(held);
 }
 
 void ParserValue::clear() {
-  if (dataValid && type == TYPE_STRING) delete data.string;
-  if (dataValid && type == TYPE_BINARYDATA) delete data.block;
-  if (textValid && isGroup()) delete slot.group;
-  if (textValid && !isGroup()) delete slot.text;
+  if (ownsMemory) release();
+  ownsMemory = false;
+  textLength = 0;
   dataValid = false;
   textValid = false;
+}
+
+/// Frees what the value owns.
+void ParserValue::release() noexcept {
+  if (isGroup()) return delete content.slot.group;
+  if (type == TYPE_BINARYDATA && dataValid) delete content.data.block;
+  if (textLength == LONG_TEXT) freeLongText();
+  if (textLength == STRING_TEXT) delete content.data.string;
 }
 
 void ParserValue::become(Type newType) {
@@ -268,16 +330,39 @@ void ParserValue::become(Type newType) {
   dataValid = true;
 }
 
-void ParserValue::copyData(const ParserValue& other) {
-  if (type == TYPE_STRING) {
-    data.string = new std::string(*other.data.string);
-  } else if (type == TYPE_BINARYDATA) {
-    const BinaryBlock& block = *other.data.block;
-    data.block = makeBlock(copyBytes(block.data.get(), block.size), block.size).release();
-  } else {
-    data = other.data;
+/// Takes what `other`, of the same type and form, owns.
+void ParserValue::takeOver(ParserValue& other) noexcept {
+  content = other.content;
+  textLength = other.textLength;
+  ownsMemory = other.ownsMemory;
+  other.ownsMemory = false;
+}
+
+// --- Where the text lies
+// ---------------------------------------------------------------------------
+
+std::string_view ParserValue::getBytes() const {
+  if (textLength == LONG_TEXT) return {content.slot.longText.bytes, content.slot.longText.length};
+  if (textLength == STRING_TEXT) return *content.data.string;
+  return {inlineText(), textLength};
+}
+
+/// @param room how many bytes of the value itself may be used
+void ParserValue::storeText(std::string_view text, unsigned long room) const {
+  if (text.size() <= room) {
+    if (!text.empty()) std::memcpy(inlineText(), text.data(), text.size());
+    textLength = static_cast<std::uint8_t>(text.size());
+    return;
   }
-  dataValid = true;
+  char* bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
+  std::memcpy(bytes, text.data(), text.size());
+  content.slot.longText = {bytes, text.size()};
+  textLength = LONG_TEXT;
+  ownsMemory = true;
+}
+
+void ParserValue::freeLongText() const noexcept {
+  SlabHeap::free(content.slot.longText.bytes, content.slot.longText.length);
 }
 
 // --- Text ----------------------------------------------------------------------------------------
@@ -294,28 +379,30 @@ void ParserValue::getText(std::string& out, const bool& multiline,
 /// The text of a value that was cleared is empty; a string keeps its quotes and so reads back.
 void ParserValue::appendText(std::string& out) const {
   if (!textValid && dataValid) makeText();
-  const std::string* stored = getStoredText();
-  const std::string_view text = stored != nullptr ? *stored : std::string_view();
   if (type == TYPE_STRING) {
-    appendQuoted(out, text);
+    appendQuoted(out, getBytes());
   } else {
-    out += text;
+    out += getBytes();
   }
 }
 
 /// Characters, integers and doubles become one raw byte. The format has written them so from the
 /// beginning; numbers that are added to an item bring their digits along and do not come here.
 void ParserValue::makeText() const {
-  auto text = std::make_unique<std::string>();
   switch (type) {
-    case TYPE_BOOL: *text = data.boolean ? "yes" : "no"; break;
-    case TYPE_STRING: *text = *data.string; break;
-    case TYPE_BINARYDATA:
-      appendBinaryText(*text, {data.block->data.get(), data.block->size});
+    case TYPE_BOOL: storeText(content.data.boolean ? "yes" : "no", SLOT_TEXT); break;
+    case TYPE_STRING: break;  // its bytes are its text
+    case TYPE_BINARYDATA: {
+      std::string text;
+      appendBinaryText(text, {content.data.block->data.get(), content.data.block->size});
+      storeText(text, SLOT_TEXT);
       break;
-    default: *text = lowByte(toInt(getNumber())); break;
+    }
+    default: {
+      const char byte = lowByte(toInt(getNumber()));
+      storeText({&byte, 1}, SLOT_TEXT);
+    }
   }
-  slot.text = text.release();
   textValid = true;
 }
 
@@ -342,7 +429,7 @@ void ParserValue::appendPayload(std::vector<char>& buffer) const {
     case TYPE_CHAR: charToBin(buffer, getAsChar()); break;
     case TYPE_INT: intToBin(buffer, getAsInt()); break;
     case TYPE_DOUBLE: doubleToBin(buffer, getAsDouble()); break;
-    case TYPE_STRING: stringToBin(buffer, getAsString()); break;
+    case TYPE_STRING: appendString(buffer, isHeldString() ? getBytes() : std::string_view()); break;
     case TYPE_BINARYDATA: {
       unsigned long size = 0;
       void* bytes = getAsBinaryData(size);
@@ -403,14 +490,11 @@ unsigned long ParserValue::binTosize(const std::vector<char>& buffer, unsigned l
 }
 
 unsigned long ParserValue::stringToBin(std::vector<char>& buffer, const std::string& value) {
-  const char* begin = value.c_str();
-  const unsigned long count = value.size() + 1;  // with the zero byte
-  buffer.insert(buffer.end(), begin, begin + count);
-  return count;
+  return appendString(buffer, value);
 }
 
 std::string ParserValue::binToString(const std::vector<char>& buffer, unsigned long& pos) {
-  return BinaryReader(buffer, pos).readString();
+  return std::string(BinaryReader(buffer, pos).readString());
 }
 
 unsigned long ParserValue::binaryDataToBin(std::vector<char>& buffer, void* bytes,

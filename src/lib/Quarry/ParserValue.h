@@ -254,6 +254,7 @@ class QUARRY_EXPORT ParserValue {
   friend class BinaryWriter;
   friend class ParserItem;
   friend class TextWriter;
+  friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
   template <class Visitor>
@@ -264,23 +265,77 @@ class QUARRY_EXPORT ParserValue {
     unsigned long size;
   };
 
-  static bool isKeptAsText(Type type);
-  ParserValue(Type valueType, std::unique_ptr<std::string> text);
+  // Nearly all texts are short. They lie in the value itself, so that an item's values, which lie
+  // side by side, are read and freed without following a pointer.
+
+  /// A longer text, and the group.
+  union Slot {
+    ParserGroup* group;  ///< owned, TYPE_GROUP
+    struct {
+      char* bytes;
+      unsigned long length;
+    } longText;  ///< owned, every other type; a string's text is unescaped
+  };
+
+  /// A group has no data; a string has its bytes in the text's place until it is asked for.
+  union Data {
+    bool boolean;
+    char character;
+    int integer;
+    double number;
+    std::string* string;  ///< owned, TYPE_STRING, when the text lies in it
+    BinaryBlock* block;   ///< owned, TYPE_BINARYDATA
+  };
+
+  struct Content {
+    Slot slot;
+    Data data;
+  };
+
+  /// The longest text that lies in the slot, and the longest that lies in slot and data: the data
+  /// of such a number is not kept but made from the text each time.
+  static constexpr unsigned long SLOT_TEXT = sizeof(Slot);
+  static constexpr unsigned long CONTENT_TEXT = sizeof(Content);
+
+  /// Where the text lies, when it is not in the value itself.
+  enum TextPlace : std::uint8_t { LONG_TEXT = 0xFE, STRING_TEXT = 0xFF };
+
+  // The library's own ways to make a value.
+
+  /// As data or as text, still without either.
+  enum class Form : std::uint8_t { DATA, TEXT };
+  ParserValue(Form form, Type valueType);
+  /// A string as data.
+  ParserValue(Form form, std::string_view bytes);
+  /// A text of a type that isKeptAsText(). Bytes up to `readable` may be read, though not used.
+  ParserValue(Form form, Type valueType, std::string_view text, const char* readable);
   explicit ParserValue(std::unique_ptr<BinaryBlock> block);
+  /// Takes over all that `from` has; nothing is left to destroy there.
+  ParserValue(Form form, ParserValue& from) noexcept;
+
+  static bool isKeptAsText(Type type);
   static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes, unsigned long size);
   static std::unique_ptr<BinaryBlock> readBlock(std::string_view word);
 
   bool isGroup() const { return type == TYPE_GROUP; }
   /// Returns the group, or null for any other type and after clear().
-  ParserGroup* getGroup() const { return isGroup() && textValid ? slot.group : nullptr; }
-  /// Returns the text, or null for a group and where there is none.
-  const std::string* getStoredText() const { return !isGroup() && textValid ? slot.text : nullptr; }
+  ParserGroup* getGroup() const { return isGroup() && textValid ? content.slot.group : nullptr; }
+  /// Tells whether there is a text; never for a group.
+  bool hasText() const { return textValid && !isGroup(); }
+  /// The text, or the bytes of a string; empty where there are none.
+  std::string_view getBytes() const;
+  char* inlineText() const { return reinterpret_cast<char*>(&content); }
 
   bool isNumeric(const char* operation) const;
+  bool isHeldString() const;
   double getNumber() const;
+  Data convert() const;
   void warnOfMismatch(const char* operation) const;
   void become(Type newType);
-  void copyData(const ParserValue& other);
+  void release() noexcept;
+  void takeOver(ParserValue& other) noexcept;
+  void storeText(std::string_view text, unsigned long room) const;
+  void freeLongText() const noexcept;
   void makeText() const;
   void appendText(std::string& out) const;
   void appendTag(std::vector<char>& buffer) const;
@@ -288,25 +343,11 @@ class QUARRY_EXPORT ParserValue {
   void appendGroup(std::vector<char>& buffer) const;
 
   Type type;
-  mutable bool dataValid;  ///< `data` is present and current
-  mutable bool textValid;  ///< `slot` is owned and current
-
-  union Data {
-    bool boolean;
-    char character;
-    int integer;
-    double number;
-    std::string* string;  ///< owned, TYPE_STRING
-    BinaryBlock* block;   ///< owned, TYPE_BINARYDATA
-    ParserValue* next;    ///< a group has no data; while its tree is freed, the next group to free
-  };
-  mutable Data data;
-
-  union Slot {
-    ParserGroup* group;  ///< owned, TYPE_GROUP
-    std::string* text;   ///< owned, every other type; a string's text is unescaped
-  };
-  mutable Slot slot;
+  mutable bool dataValid;           ///< there is data (a string's may still lie as text)
+  mutable bool textValid;           ///< there is a text, or a group
+  mutable bool ownsMemory;          ///< something has to be freed
+  mutable std::uint8_t textLength;  ///< of a text in the value itself, or its TextPlace
+  mutable Content content;
 };
 
 }  // namespace Quarry

@@ -25,6 +25,7 @@ bool areAllOf(const char* begin, const char* end, int classes) {
 ParserWord::ParserWord(const double& version)
     : type(WORD_UNKNOWN),
       text(nullptr),
+      textEnd(nullptr),
       start(0),
       length(0),
       line(0),
@@ -36,12 +37,14 @@ ParserWord::ParserWord(const double& version)
 ParserWord::ParserWord(const std::string& source, const bool& whole, const double& version)
     : ParserWord(version) {
   text = source.data();
+  textEnd = text + source.size();
   length = whole ? source.size() : 0;
 }
 
 ParserWord::ParserWord(const ParserWord& other)
     : type(other.type),
       text(other.text),
+      textEnd(other.textEnd),
       start(other.start),
       length(other.length),
       line(other.line),
@@ -56,6 +59,7 @@ ParserWord& ParserWord::operator=(const ParserWord& other) {
   ParserWord* copy = other.templateWord != nullptr ? new ParserWord(*other.templateWord) : nullptr;
   type = other.type;
   text = other.text;
+  textEnd = other.textEnd;
   start = other.start;
   length = other.length;
   line = other.line;

@@ -154,6 +154,8 @@ class QUARRY_EXPORT ParserWord {
   friend class ParserItem;
   friend class ParserValue;
   friend class ParserWordStream;
+  friend class TreeBuilder;
+  friend class WordClassifier;
   friend class WordEditor;
 
   const char* begin() const { return text + start; }
@@ -164,6 +166,7 @@ class QUARRY_EXPORT ParserWord {
 
   mutable Type type;
   const char* text;          ///< the whole document text, not owned
+  const char* textEnd;       ///< where it ends
   unsigned long start;       ///< offset in `text`, in bytes
   unsigned long length;      ///< in bytes
   unsigned long line;        ///< from 1

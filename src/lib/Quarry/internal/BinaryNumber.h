@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 namespace Quarry {
@@ -37,6 +38,13 @@ inline unsigned long appendNumber(std::vector<char>& buffer, std::uint64_t numbe
   storeNumber(bytes, number, count);
   buffer.insert(buffer.end(), bytes, bytes + count);
   return count;
+}
+
+/// Appends the bytes and a zero byte, and returns the length of both.
+inline unsigned long appendString(std::vector<char>& buffer, std::string_view bytes) {
+  buffer.insert(buffer.end(), bytes.begin(), bytes.end());
+  buffer.push_back(0);
+  return bytes.size() + 1;
 }
 
 /// A double and its IEEE 754 bits.

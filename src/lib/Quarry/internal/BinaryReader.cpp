@@ -7,7 +7,9 @@
 
 #include "BinaryNumber.h"
 #include "Messages.h"
+#include "StringText.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -28,7 +30,8 @@ bool BinaryReader::readGroup(ParserGroup& group) { return openGroup(group) && ru
 
 bool BinaryReader::readItem(ParserItem& item) {
   levels.emplace_back();
-  if (openItem(item)) return run();
+  levels.back().item = &item;
+  if (openItem(item.getName())) return run();
   levels.pop_back();
   return false;
 }
@@ -36,7 +39,10 @@ bool BinaryReader::readItem(ParserItem& item) {
 std::unique_ptr<ParserValue> BinaryReader::readValue() {
   if (!has(TAG_BYTES)) return nullptr;
   const auto tag = static_cast<unsigned char>(readNumber(TAG_BYTES));
-  std::unique_ptr<ParserValue> value = readPayload(tag);
+  std::unique_ptr<ParserValue> value;
+  readPayload(tag, [&value](auto&&... content) {
+    value.reset(new ParserValue(std::forward<decltype(content)>(content)...));
+  });
   if (value != nullptr && value->isGroup()) readGroup(*value->getGroup());
   return value;
 }
@@ -73,43 +79,63 @@ bool BinaryReader::openGroup(ParserGroup& group) {
 BinaryReader::Step BinaryReader::openNextItem() {
   Level& level = levels.back();
   if (pos >= level.groupEnd) return Step::COMPLETE;
-  const std::string name = readString();
+  const std::string_view name = readString();
   if (name.empty()) {
     warn(Messages::itemNameNotRead());
     return Step::BROKEN;
   }
-  level.ownItem = std::make_unique<ParserItem>(name, ParserItem::ITEM_PLAIN, 0, 0);
-  return openItem(*level.ownItem) ? Step::GOES_ON : Step::BROKEN;
+  if (!openItem(name)) return Step::BROKEN;
+  level.ownItem.reset(ParserItem::make(makeString(name, data.data() + data.size()),
+                                       ParserItem::ITEM_PLAIN, 0, 0, guessValues()));
+  level.item = level.ownItem.get();
+  return Step::GOES_ON;
 }
 
 /// The size is compared with all of the data, not with what is left: readers have always done so,
 /// and find out about the rest value by value.
-bool BinaryReader::openItem(ParserItem& item) {
+bool BinaryReader::openItem(std::string_view name) {
   const bool hasSize = has(SIZE_BYTES);
   const std::uint64_t size = readNumber(SIZE_BYTES);
   if (!hasSize) return false;
   if (size > data.size()) {
-    Plinth::console.print(Messages::chunkLargerThanData(item.getName(), size, data.size()),
+    Plinth::console.print(Messages::chunkLargerThanData(std::string(name), size, data.size()),
                           std::string());
     return false;
   }
   if (!has(KIND_BYTES)) return false;
   pos += KIND_BYTES;
-  levels.back().item = &item;
   levels.back().itemEnd = pos + size - KIND_BYTES;
   return true;
+}
+
+/// Returns how many values the item's frame probably holds: values of one kind, as lists of numbers
+/// are. No more than there are bytes left.
+unsigned long BinaryReader::guessValues() const {
+  const unsigned long end = std::min<unsigned long>(levels.back().itemEnd, data.size());
+  if (pos >= end) return 0;
+  switch (data[pos]) {
+    case ParserValue::TYPE_BOOL: return (end - pos) / (TAG_BYTES + BOOL_BYTES);
+    case ParserValue::TYPE_CHAR: return (end - pos) / (TAG_BYTES + CHAR_BYTES);
+    case ParserValue::TYPE_INT: return (end - pos) / (TAG_BYTES + INT_BYTES);
+    case ParserValue::TYPE_DOUBLE: return (end - pos) / (TAG_BYTES + DOUBLE_BYTES);
+    default: return 1;
+  }
 }
 
 /// Reads the values of the current item, up to a group that has to be read first.
 BinaryReader::Step BinaryReader::readValues() {
   Level& level = levels.back();
+  ParserItem& item = *level.item;
+  const auto append = [&item](auto&&... content) {
+    ::new (item.nextPlace()) ParserValue(std::forward<decltype(content)>(content)...);
+    ++item.count;
+  };
   while (pos < level.itemEnd) {
     if (!has(TAG_BYTES)) return Step::BROKEN;
-    const auto tag = static_cast<unsigned char>(readNumber(TAG_BYTES));
-    std::unique_ptr<ParserValue> value = readPayload(tag);
-    if (value == nullptr) return Step::BROKEN;
-    ParserGroup* group = level.item->append(std::move(value))->getGroup();
-    if (group != nullptr && openGroup(*group)) return Step::GOES_ON;
+    const auto tag = static_cast<unsigned char>(data[pos++]);
+    if (!readPayload(tag, append)) return Step::BROKEN;
+    if (tag != ParserValue::TYPE_GROUP) continue;
+    if (openGroup(*item.end()[-1].getGroup())) return Step::GOES_ON;
   }
   if (level.group == nullptr) return Step::COMPLETE;
   closeItem();
@@ -126,38 +152,40 @@ void BinaryReader::closeItem() {
 
 // --- Values --------------------------------------------------------------------------------------
 
-/// Makes a value of a number; null, at the end of the data, when the number is cut short.
-template <class Number, class Convert>
-std::unique_ptr<ParserValue> BinaryReader::makeNumber(unsigned long count, Convert convert) {
+/// Makes a value of a number. Where the number is cut short, moves to the end and returns false.
+template <class Make, class Convert>
+bool BinaryReader::makeNumber(unsigned long count, Make make, Convert convert) {
   if (!has(count)) {
     pos = data.size();
-    return nullptr;
+    return false;
   }
-  const Number number = convert(readNumber(count));
-  return std::make_unique<ParserValue>(number);
+  make(convert(loadNumber(data.data() + pos, count)));
+  pos += count;
+  return true;
 }
 
-/// Reads what stands behind a tag. Of a group nothing is read yet: it comes back empty.
-std::unique_ptr<ParserValue> BinaryReader::readPayload(unsigned char tag) {
+/// Reads what stands behind a tag and makes a value of it; false where there is none. Of a group
+/// nothing is read yet: it is made empty.
+template <class Make>
+bool BinaryReader::readPayload(unsigned char tag, Make make) {
   switch (tag) {
-    case ParserValue::TYPE_GROUP:
-      return std::make_unique<ParserValue>(ParserValue::TYPE_GROUP, std::string());
+    case ParserValue::TYPE_GROUP: make(nullptr); return true;
     case ParserValue::TYPE_BOOL:
-      return makeNumber<bool>(BOOL_BYTES, [](std::uint64_t bits) { return bits != 0; });
+      return makeNumber(BOOL_BYTES, make, [](std::uint64_t bits) { return bits != 0; });
     case ParserValue::TYPE_CHAR:
-      return makeNumber<char>(CHAR_BYTES,
-                              [](std::uint64_t bits) { return static_cast<char>(bits); });
+      return makeNumber(CHAR_BYTES, make,
+                        [](std::uint64_t bits) { return static_cast<char>(bits); });
     case ParserValue::TYPE_INT:
-      return makeNumber<int>(INT_BYTES, [](std::uint64_t bits) { return static_cast<int>(bits); });
-    case ParserValue::TYPE_DOUBLE: return makeNumber<double>(DOUBLE_BYTES, toDouble);
-    case ParserValue::TYPE_STRING: return std::make_unique<ParserValue>(readString());
+      return makeNumber(INT_BYTES, make, [](std::uint64_t bits) { return static_cast<int>(bits); });
+    case ParserValue::TYPE_DOUBLE: return makeNumber(DOUBLE_BYTES, make, toDouble);
+    case ParserValue::TYPE_STRING: make(ParserValue::Form::DATA, readString()); return true;
     case ParserValue::TYPE_BINARYDATA: {
       unsigned long size = 0;
       std::unique_ptr<char[]> bytes = readBlock(size);
-      return std::unique_ptr<ParserValue>(
-          new ParserValue(ParserValue::makeBlock(std::move(bytes), size)));
+      make(ParserValue::makeBlock(std::move(bytes), size));
+      return true;
     }
-    default: return nullptr;
+    default: return false;
   }
 }
 
@@ -177,16 +205,17 @@ std::uint64_t BinaryReader::readNumber(unsigned long count) {
   return number;
 }
 
-std::string BinaryReader::readString() {
+std::string_view BinaryReader::readString() {
   const char* begin = data.data() + pos;
   const unsigned long left = has(0) ? data.size() - pos : 0;
   const void* end = left > 0 ? std::memchr(begin, 0, left) : nullptr;
   if (end == nullptr) {
     pos = data.size();
     warn(Messages::stringNotRead());
-    return std::string();
+    return std::string_view();
   }
-  std::string text(begin, static_cast<const char*>(end));
+  const std::string_view text(begin,
+                              static_cast<unsigned long>(static_cast<const char*>(end) - begin));
   pos += text.size() + 1;
   return text;
 }

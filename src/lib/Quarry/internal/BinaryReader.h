@@ -47,9 +47,9 @@ class BinaryReader {
   /// Reads a number of `count` bytes. Where fewer are left, moves to the end and returns 0.
   std::uint64_t readNumber(unsigned long count);
 
-  /// Reads bytes up to a zero byte, and that. Without one, moves to the end, warns, and returns an
-  /// empty string.
-  std::string readString();
+  /// Reads bytes up to a zero byte, and that. Without one, moves to the end, warns, and returns
+  /// none. They lie in the source.
+  std::string_view readString();
 
   /// Reads a size and as many bytes. Where fewer are left, moves to the end, warns, and returns
   /// null with size 0.
@@ -72,11 +72,13 @@ class BinaryReader {
   Step step();
   bool openGroup(ParserGroup& group);
   Step openNextItem();
-  bool openItem(ParserItem& item);
+  bool openItem(std::string_view name);
+  unsigned long guessValues() const;
   Step readValues();
-  std::unique_ptr<ParserValue> readPayload(unsigned char tag);
-  template <class Number, class Convert>
-  std::unique_ptr<ParserValue> makeNumber(unsigned long count, Convert convert);
+  template <class Make>
+  bool readPayload(unsigned char tag, Make make);
+  template <class Make, class Convert>
+  bool makeNumber(unsigned long count, Make make, Convert convert);
   void closeItem();
 
   const std::vector<char>& data;

@@ -1,8 +1,12 @@
 #include "NumberText.h"
 
+#include <Plinth/Label.h>
+
 #include "ByteClass.h"
 
+#include <charconv>
 #include <limits>
+#include <string>
 
 namespace Quarry {
 
@@ -96,6 +100,19 @@ long long readInteger(std::string_view text) {
   }
   if (negative) return result;
   return result == Limits::min() ? Limits::max() : -result;
+}
+
+/// Plain decimal numbers, which nearly all are, are read where they lie.
+double readDouble(std::string_view text) {
+  Reader reader(text);
+  reader.skipByte('-');
+  if (reader.atDigit()) {
+    double number = 0.0;
+    const char* end = text.data() + text.size();
+    const std::from_chars_result result = std::from_chars(text.data(), end, number);
+    if (result.ptr == end && result.ec == std::errc()) return number;
+  }
+  return Plinth::getDouble(std::string(text));
 }
 
 }  // namespace Quarry

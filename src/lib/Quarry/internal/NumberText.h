@@ -19,4 +19,7 @@ bool beginsWithDouble(std::string_view text);
 /// number.
 long long readInteger(std::string_view text);
 
+/// Reads a number as `strtod` does in the "C" locale; 0.0 where none begins.
+double readDouble(std::string_view text);
+
 }  // namespace Quarry

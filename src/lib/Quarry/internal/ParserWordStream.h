@@ -5,6 +5,7 @@
 
 #include "ByteClass.h"
 
+#include <cstring>
 #include <string>
 
 namespace Quarry {
@@ -24,6 +25,9 @@ class ParserWordStream {
  public:
   ParserWordStream(const std::string& source, const double& version)
       : word(source, false, version), text(source.data()), size(source.size()) {}
+
+  /// Tells whether there are zero bytes anywhere in the text. They end a word's string early.
+  bool hasZeroBytes() const { return size > 0 && std::memchr(text, 0, size) != nullptr; }
 
   /// Tells whether nothing is left to scan. A text that ends in blanks is not exhausted before
   /// next() has found no further word.

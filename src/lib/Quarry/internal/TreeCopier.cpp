@@ -5,6 +5,7 @@
 #include <Quarry/ParserValue.h>
 
 #include <memory>
+#include <string>
 
 namespace Quarry {
 
@@ -19,27 +20,26 @@ void TreeCopier::copyItems(const ParserGroup& source, ParserGroup& target) {
 }
 
 void TreeCopier::copyLevel(const ParserGroup& source, ParserGroup& target) {
+  target.items.reserve(source.items.size());
   for (const ParserItem* item : source.items) {
     if (item == nullptr) continue;
-    ParserItem* copy = target.append(
-        std::make_unique<ParserItem>(item->name, item->type, item->line, item->column));
-    copy->copyAttributes(*item);
-    copyValues(*item, *copy);
+    std::unique_ptr<ParserItem> copy(ParserItem::make(std::string(item->name), item->type,
+                                                      item->line, item->column, item->count));
+    copy->copyDetails(*item);
+    copyValues(*item, *target.append(std::move(copy)));
   }
 }
 
 void TreeCopier::copyValues(const ParserItem& source, ParserItem& target) {
-  target.values.reserve(source.values.size());
-  for (const ParserValue* value : source.values) {
-    const ParserGroup* group = value->getGroup();
-    if (group == nullptr) {
-      target.append(std::make_unique<ParserValue>(*value));
-      continue;
+  target.reserve(source.count);
+  for (const ParserValue& value : source) {
+    if (const ParserGroup* group = value.getGroup()) {
+      waiting.push_back({group, nullptr});
+      waiting.back().target = target.addGroup(new ParserGroup(group->getName()));
+    } else {
+      ::new (target.nextPlace()) ParserValue(value);
+      ++target.count;
     }
-    auto copy = std::make_unique<ParserGroup>(group->getName());
-    waiting.push_back({group, copy.get()});
-    target.addGroup(copy.get());
-    copy.release();
   }
 }
 

@@ -4,17 +4,21 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
+#include "SlabHeap.h"
+
 namespace Quarry {
 
 void TreeRemover::removeItems(std::vector<ParserItem*>& items) {
+  constexpr unsigned long MANY = 1000;
   TreeRemover remover;
   remover.removeFrom(items);
   while (remover.waiting != nullptr) {
-    ParserValue* value = remover.waiting;
-    remover.waiting = value->data.next;
-    remover.removeFrom(value->getGroup()->items);
-    delete value;
+    ParserGroup* group = remover.waiting;
+    remover.waiting = group->nextToRemove;
+    remover.removeFrom(group->items);
+    delete group;
   }
+  if (remover.removed >= MANY) SlabHeap::flush();
 }
 
 void TreeRemover::removeFrom(std::vector<ParserItem*>& items) {
@@ -23,17 +27,18 @@ void TreeRemover::removeFrom(std::vector<ParserItem*>& items) {
     takeGroups(*item);
     delete item;
   }
+  removed += items.size();
   items.clear();
 }
 
 /// Groups without items are left to their item: deleting them goes no deeper.
 void TreeRemover::takeGroups(ParserItem& item) {
-  for (ParserValue*& value : item.values) {
-    const ParserGroup* group = value->getGroup();
+  for (ParserValue& value : item) {
+    ParserGroup* group = value.getGroup();
     if (group == nullptr || group->items.empty()) continue;
-    value->data.next = waiting;
-    waiting = value;
-    value = nullptr;
+    value.ownsMemory = false;
+    group->nextToRemove = waiting;
+    waiting = group;
   }
 }
 

@@ -7,13 +7,12 @@ namespace Quarry {
 
 class ParserGroup;
 class ParserItem;
-class ParserValue;
 
 /// Deletes items with everything below them, without recursion and without allocating: freeing a
 /// document works on a small stack and when memory is exhausted.
 ///
-/// Group values are taken out of their items before these are deleted, and wait in a list that runs
-/// through the values themselves (ParserValue::Data::next).
+/// Groups are taken out of their items before these are deleted, and wait in a list that runs
+/// through the groups themselves (ParserGroup::nextToRemove).
 class TreeRemover {
  public:
   /// Deletes the items and empties the list; null entries are passed over.
@@ -23,7 +22,8 @@ class TreeRemover {
   void removeFrom(std::vector<ParserItem*>& items);
   void takeGroups(ParserItem& item);
 
-  ParserValue* waiting = nullptr;
+  ParserGroup* waiting = nullptr;
+  unsigned long removed = 0;  ///< items
 };
 
 }  // namespace Quarry

@@ -78,9 +78,9 @@ class TreeWalker {
   void walkValues() {
     Level& level = levels.back();
     const ParserItem& item = *level.item;
-    while (level.nextValue < item.values.size()) {
+    while (level.nextValue < item.count) {
       const unsigned long index = level.nextValue++;
-      const ParserValue& value = *item.values[index];
+      const ParserValue& value = item.values[index];
       if (const ParserGroup* group = value.getGroup()) {
         return openGroup(*group, visitor.beginGroup(item, index, *group, level.groupMark));
       }

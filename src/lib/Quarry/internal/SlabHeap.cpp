@@ -1,0 +1,205 @@
+#include "SlabHeap.h"
+
+#ifndef QUARRY_PLAIN_HEAP
+
+#include <mutex>
+
+namespace Quarry {
+
+// --- Slabs of one size
+// -----------------------------------------------------------------------------
+
+/// The slabs of one size that have free slots and from which no thread takes any.
+class SlabHeap::SizeList {
+ public:
+  /// Gives a thread, which has used up what it held, a slab with free slots.
+  void refill(Holding& holding, std::size_t sizeIndex) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    Slab* slab = holding.current;
+    if (slab == nullptr || slab->free == nullptr) {
+      if (first == nullptr) add(*makeSlab(sizeIndex));
+      if (slab != nullptr) slab->isCurrent = false;
+      slab = first;
+      remove(*slab);
+      slab->isCurrent = true;
+      holding.current = slab;
+    }
+    holding.free = slab->free;
+    holding.fresh = slab->fresh;
+    holding.freshEnd = slab->end();
+    slab->free = nullptr;
+    slab->fresh = slab->end();
+    slab->freeCount = 0;
+  }
+
+  /// Takes over a batch of freed slots.
+  void handIn(Holding& holding) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex);
+    Slab& slab = *holding.batchSlab;
+    holding.batchLast->next = slab.free;
+    slab.free = holding.batch;
+    slab.freeCount += holding.batchCount;
+    if (!slab.isCurrent) settle(slab);
+    holding.batchSlab = nullptr;
+    holding.batch = nullptr;
+    holding.batchCount = 0;
+  }
+
+  /// Takes over the slab from which a thread has taken slots.
+  void leave(Holding& holding) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex);
+    Slab& slab = *holding.current;
+    while (Slot* slot = holding.free) {
+      holding.free = slot->next;
+      slot->next = slab.free;
+      slab.free = slot;
+      ++slab.freeCount;
+    }
+    slab.fresh = holding.fresh;
+    slab.freeCount += freshCount(slab);
+    slab.isCurrent = false;
+    holding.current = nullptr;
+    if (slab.freeCount > 0) settle(slab);
+  }
+
+ private:
+  static std::uint32_t freshCount(Slab& slab) {
+    const std::size_t slotSize = (slab.sizeIndex + 1) * GRANULE;
+    return static_cast<std::uint32_t>(static_cast<std::size_t>(slab.end() - slab.fresh) / slotSize);
+  }
+
+  static Slab* makeSlab(std::size_t sizeIndex) {
+    const std::size_t slotSize = (sizeIndex + 1) * GRANULE;
+    const std::size_t capacity = (SlabSource::SLAB_SIZE - SLOTS_BEGIN) / slotSize;
+    char* memory = static_cast<char*>(SlabSource::get().take());
+    Slab* slab = ::new (memory) Slab();
+    slab->sizeIndex = static_cast<std::uint32_t>(sizeIndex);
+    slab->capacity = static_cast<std::uint32_t>(capacity);
+    slab->freeCount = slab->capacity;
+    slab->fresh = memory + SLOTS_BEGIN;
+    return slab;
+  }
+
+  /// Finds the place of a slab, from which no thread takes slots and which has free ones.
+  void settle(Slab& slab) noexcept {
+    const bool isEmpty = slab.freeCount == slab.capacity;
+    if (isEmpty && slab.isListed) remove(slab);
+    if (isEmpty) {
+      SlabSource::get().giveBack(&slab);
+    } else if (!slab.isListed) {
+      add(slab);
+    }
+  }
+
+  void add(Slab& slab) noexcept {
+    slab.isListed = true;
+    slab.previous = nullptr;
+    slab.next = first;
+    if (first != nullptr) first->previous = &slab;
+    first = &slab;
+  }
+
+  void remove(Slab& slab) noexcept {
+    slab.isListed = false;
+    if (slab.previous != nullptr) slab.previous->next = slab.next;
+    if (slab.next != nullptr) slab.next->previous = slab.previous;
+    if (first == &slab) first = slab.next;
+  }
+
+  std::mutex mutex;
+  Slab* first = nullptr;
+};
+
+constinit SlabHeap::SizeList SlabHeap::sizeLists[SIZES];
+
+/// The bytes behind the last slot are less than a slot.
+char* SlabHeap::Slab::end() {
+  const std::size_t slotSize = (sizeIndex + 1) * GRANULE;
+  return reinterpret_cast<char*>(this) + SLOTS_BEGIN + capacity * slotSize;
+}
+
+// --- Threads
+// -----------------------------------------------------------------------------------------
+
+constinit thread_local SlabHeap::Holdings* SlabHeap::mine = nullptr;
+
+/// What threads hold: made at its first use, given back when the thread ends.
+class SlabHeap::ThreadEnd {
+ public:
+  /// Calls `use` with what the calling thread holds. Threads that hold nothing of their own any
+  /// more, because they are ending, share one Holdings: trees may be made and destroyed to the very
+  /// end.
+  template <class Use>
+  static auto withHoldings(Use use) {
+    if (Holdings* holdings = begin()) return use(*holdings);
+    const std::lock_guard<std::mutex> lock(lateMutex);
+    return use(late);
+  }
+
+  ThreadEnd(const ThreadEnd&) = delete;
+  ThreadEnd& operator=(const ThreadEnd&) = delete;
+
+ private:
+  /// Returns null when the thread is ending already or memory has run out.
+  static Holdings* begin() noexcept {
+    if (mine != nullptr || hasEnded) return mine;
+    mine = new (std::nothrow) Holdings;
+    thread_local const ThreadEnd end;
+    return mine;
+  }
+
+  ThreadEnd() noexcept {}
+  ~ThreadEnd() {
+    Holdings* holdings = mine;
+    mine = nullptr;
+    hasEnded = true;
+    if (holdings == nullptr) return;
+    for (Holding& holding : holdings->of)
+      giveBack(holding);
+    delete holdings;
+  }
+
+  static void giveBack(Holding& holding) noexcept {
+    SlabHeap::handIn(holding);
+    if (holding.current != nullptr) sizeLists[holding.current->sizeIndex].leave(holding);
+  }
+
+  static constinit thread_local bool hasEnded;
+  static std::mutex lateMutex;
+  static Holdings late;
+};
+
+constinit std::mutex SlabHeap::ThreadEnd::lateMutex;
+constinit SlabHeap::Holdings SlabHeap::ThreadEnd::late;
+
+constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
+
+void* SlabHeap::takeSlowly(std::size_t sizeIndex) {
+  return ThreadEnd::withHoldings([sizeIndex](Holdings& holdings) {
+    Holding& holding = holdings.of[sizeIndex];
+    void* slot = take(holding, sizeIndex);
+    if (slot != nullptr) return slot;
+    handIn(holding);
+    sizeLists[sizeIndex].refill(holding, sizeIndex);
+    return take(holding, sizeIndex);
+  });
+}
+
+void SlabHeap::putSlowly(Slab* slab, Slot* slot) noexcept {
+  ThreadEnd::withHoldings(
+      [=](Holdings& holdings) { put(holdings.of[slab->sizeIndex], slab, slot); });
+}
+
+void SlabHeap::handIn(Holding& holding) noexcept {
+  if (holding.batchSlab != nullptr) sizeLists[holding.batchSlab->sizeIndex].handIn(holding);
+}
+
+void SlabHeap::flush() noexcept {
+  if (mine == nullptr) return;
+  for (Holding& holding : mine->of)
+    handIn(holding);
+}
+
+}  // namespace Quarry
+
+#endif

@@ -1,0 +1,180 @@
+/// Memory for the parts of trees.
+#pragma once
+
+#include "SlabSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+// The address sanitizer has to see every part of a tree on its own.
+#if defined(__SANITIZE_ADDRESS__)
+#define QUARRY_PLAIN_HEAP 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QUARRY_PLAIN_HEAP 1
+#endif
+#endif
+
+namespace Quarry {
+
+/// Hands out memory for items, groups, values, lists and texts: many small pieces that are made
+/// together and freed together, each of them by itself.
+///
+/// Memory is cut from slabs: blocks of 64 KiB, aligned to their size, so that a slot's address
+/// tells its slab. All slots of a slab have one size. Sizes are rounded up to a multiple of 16
+/// bytes; what is larger than LARGEST comes from `operator new`.
+///
+/// Each thread has, for each size, one slab from which it takes slots, and a batch of slots of one
+/// other slab that it has freed: both without a lock, and so a tree is made and freed at the price
+/// of a few instructions a part. Only where a slab is exhausted, or the batch's slab changes, the
+/// lock of that size is taken. A slot may be freed by any thread. What a thread holds when it ends
+/// goes back.
+///
+/// A slab whose last slot is freed goes back to SlabSource at once, unless a thread takes slots
+/// from it; flush() hands in the calling thread's batches, so that this holds for them too.
+class SlabHeap {
+ public:
+  static constexpr std::size_t GRANULE = 16;
+  static constexpr std::size_t LARGEST = 1024;
+
+  /// Returns how many bytes a piece of `size` bytes really has: room to grow into.
+  static constexpr std::size_t roundUp(std::size_t size) {
+    return (size + GRANULE - 1) / GRANULE * GRANULE;
+  }
+
+  /// Returns memory for `size` bytes, more than 0. Throws std::bad_alloc.
+  static void* allocate(std::size_t size);
+
+  /// Frees memory of allocate(). Never allocates.
+  /// @param memory null is ignored
+  /// @param size as given to allocate(), or any other size on the same side of LARGEST
+  static void free(void* memory, std::size_t size) noexcept;
+
+  /// Hands in what this thread has freed and not yet handed in.
+  static void flush() noexcept;
+
+ private:
+  class SizeList;
+  class ThreadEnd;
+
+  static constexpr std::size_t SIZES = LARGEST / GRANULE;
+
+  /// A slab's slots begin here; a multiple of the cache line, so that they share few of them.
+  static constexpr std::size_t SLOTS_BEGIN = 64;
+
+  /// A free slot begins with the address of the next one.
+  struct Slot {
+    Slot* next;
+  };
+
+  /// The beginning of a slab; its slots follow. All but `sizeIndex` is guarded by the lock of that
+  /// size.
+  struct Slab {
+    std::uint32_t sizeIndex;
+    std::uint32_t capacity;   ///< slots in all
+    std::uint32_t freeCount;  ///< slots in `free` and from `fresh` on
+    bool isCurrent;           ///< a thread takes slots from it
+    bool isListed;            ///< it is in the list of its size
+    Slot* free;               ///< slots that were freed
+    char* fresh;              ///< slots that were never used begin here and reach to the end
+    Slab* previous;
+    Slab* next;
+
+    static Slab* of(void* slot);
+    char* end();
+  };
+
+  /// What a thread holds of one size.
+  struct Holding {
+    Slab* current = nullptr;   ///< the slab from which slots are taken
+    Slot* free = nullptr;      ///< its free slots
+    char* fresh = nullptr;     ///< its slots that were never used begin here
+    char* freshEnd = nullptr;  ///< and end here
+    Slab* batchSlab = nullptr;
+    Slot* batch = nullptr;  ///< freed slots of `batchSlab`
+    Slot* batchLast = nullptr;
+    std::uint32_t batchCount = 0;
+  };
+
+  struct Holdings {
+    Holding of[SIZES];
+  };
+
+  static std::size_t indexOf(std::size_t size) { return (size - 1) / GRANULE; }
+  static void* take(Holding& holding, std::size_t sizeIndex);
+  static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
+  static void* takeSlowly(std::size_t sizeIndex);
+  static void putSlowly(Slab* slab, Slot* slot) noexcept;
+  static void handIn(Holding& holding) noexcept;
+
+  static SizeList sizeLists[SIZES];
+
+  /// The calling thread's; null before its first use and when the thread ends. A pointer, because a
+  /// library that is loaded late finds little room for variables that are reached directly.
+  static constinit thread_local Holdings* mine __attribute__((tls_model("initial-exec")));
+};
+
+#ifdef QUARRY_PLAIN_HEAP
+
+inline void* SlabHeap::allocate(std::size_t size) { return ::operator new(size); }
+inline void SlabHeap::free(void* memory, std::size_t) noexcept { ::operator delete(memory); }
+inline void SlabHeap::flush() noexcept {}
+
+#else
+
+inline SlabHeap::Slab* SlabHeap::Slab::of(void* slot) {
+  const auto address = reinterpret_cast<std::uintptr_t>(slot);
+  return reinterpret_cast<Slab*>(address & ~(SlabSource::SLAB_SIZE - 1));
+}
+
+/// Returns a slot of what the thread holds, or null.
+inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
+  if (Slot* slot = holding.free) {
+    holding.free = slot->next;
+    return slot;
+  }
+  if (holding.fresh == holding.freshEnd) return nullptr;
+  void* slot = holding.fresh;
+  holding.fresh += (sizeIndex + 1) * GRANULE;
+  return slot;
+}
+
+inline void* SlabHeap::allocate(std::size_t size) {
+  if (size > LARGEST) return ::operator new(size);
+  const std::size_t sizeIndex = indexOf(size);
+  void* slot = mine != nullptr ? take(mine->of[sizeIndex], sizeIndex) : nullptr;
+  return slot != nullptr ? slot : takeSlowly(sizeIndex);
+}
+
+inline void SlabHeap::put(Holding& holding, Slab* slab, Slot* slot) noexcept {
+  if (slab == holding.current) {
+    slot->next = holding.free;
+    holding.free = slot;
+    return;
+  }
+  if (slab != holding.batchSlab) {
+    handIn(holding);
+    holding.batchSlab = slab;
+    holding.batchLast = slot;
+  }
+  slot->next = holding.batch;
+  holding.batch = slot;
+  ++holding.batchCount;
+}
+
+inline void SlabHeap::free(void* memory, std::size_t size) noexcept {
+  if (memory == nullptr) return;
+  if (size > LARGEST) return ::operator delete(memory);
+  Slab* slab = Slab::of(memory);
+  Slot* slot = static_cast<Slot*>(memory);
+  if (mine != nullptr) {
+    put(mine->of[slab->sizeIndex], slab, slot);
+  } else {
+    putSlowly(slab, slot);
+  }
+}
+
+#endif
+
+}  // namespace Quarry
