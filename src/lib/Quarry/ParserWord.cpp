@@ -3,6 +3,7 @@
 #include "internal/ByteClass.h"
 #include "internal/NumberText.h"
 #include "internal/StringText.h"
+#include "internal/WordScan.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,7 +13,6 @@ namespace Quarry {
 namespace {
 
 constexpr double FIRST_VERSION_WITH_ESCAPES = 1.1;
-constexpr int NAME_BYTES = BYTE_LETTER | BYTE_DIGIT | BYTE_NAME_MARK;
 
 bool areAllOf(const char* begin, const char* end, int classes) {
   return std::all_of(begin, end, [classes](char byte) { return isByteOf(byte, classes); });

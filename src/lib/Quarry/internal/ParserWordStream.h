@@ -4,8 +4,9 @@
 #include <Quarry/ParserWord.h>
 
 #include "ByteClass.h"
+#include "ByteSearch.h"
+#include "WordScan.h"
 
-#include <cstring>
 #include <string>
 
 namespace Quarry {
@@ -24,97 +25,98 @@ namespace Quarry {
 class ParserWordStream {
  public:
   ParserWordStream(const std::string& source, const double& version)
-      : word(source, false, version), text(source.data()), size(source.size()) {}
+      : word(source, false, version),
+        begin(source.data()),
+        end(begin + source.size()),
+        position(begin),
+        lineBegin(begin) {}
 
   /// Tells whether there are zero bytes anywhere in the text. They end a word's string early.
-  bool hasZeroBytes() const { return size > 0 && std::memchr(text, 0, size) != nullptr; }
+  bool hasZeroBytes() const { return findAnyOf<'\0'>(begin, end) != end; }
 
   /// Tells whether nothing is left to scan. A text that ends in blanks is not exhausted before
   /// next() has found no further word.
-  bool isExhausted() const { return position >= size; }
+  bool isExhausted() const { return position == end; }
 
   /// Returns the next word, or null when there is none. The word is the stream's and is aimed anew
   /// by the next call.
   const ParserWord* next() {
     skipBlanks();
     if (isExhausted()) return nullptr;
-    const unsigned long start = position;
-    if (isByteOf(text[start], BYTE_DELIMITER)) {
+    const char* start = position;
+    if (isByteOf(*start, BYTE_DELIMITER)) {
       ++position;
       return aim(start, position, 0);
     }
-    const unsigned long end = findEnd(start);
-    const bool endedByBlank = end < size && isByteOf(text[end], BYTE_BLANK | BYTE_LINE_BREAK);
-    aim(start, end, endedByBlank ? 1 : 0);
-    position = end;
+    position = findEnd(start);
+    const bool endedByBlank = isAtBlank();
+    aim(start, position, endedByBlank ? 1 : 0);
     if (endedByBlank) passBlank();
     return &word;
   }
 
  private:
+  bool isAtBlank() const {
+    return position != end && isByteOf(*position, BYTE_BLANK | BYTE_LINE_BREAK);
+  }
+
   void skipBlanks() {
-    while (position < size && isByteOf(text[position], BYTE_BLANK | BYTE_LINE_BREAK))
+    while (isAtBlank()) {
       passBlank();
+      position = skipSpaces(position, end);
+    }
   }
 
   void passBlank() {
-    const bool breaksLine = isByteOf(text[position], BYTE_LINE_BREAK);
+    const bool breaksLine = isByteOf(*position, BYTE_LINE_BREAK);
     ++position;
     if (breaksLine) {
       ++line;
-      lineStart = position;
+      lineBegin = position;
     }
   }
 
-  /// Returns the offset behind the last byte of the word that begins at `start`.
-  unsigned long findEnd(unsigned long start) const {
-    unsigned long cursor = start;
-    while (cursor < size) {
-      cursor = find(cursor, BYTE_BLANK | BYTE_LINE_BREAK | BYTE_DELIMITER | BYTE_QUOTE);
-      if (cursor == size || !isByteOf(text[cursor], BYTE_QUOTE)) return cursor;
-      if (isQuoteAt(cursor)) {
-        cursor = findClosingQuote(cursor + 1);
-        if (cursor == size || !isByteOf(text[cursor], BYTE_QUOTE)) return cursor;
+  /// Returns where the word that begins at `start` ends.
+  const char* findEnd(const char* start) const {
+    const char* at = start;
+    for (;;) {
+      at = findWordStop(at, end);
+      if (at == end || *at != '"') return at;
+      if (isQuoteAt(at)) {
+        at = findClosingQuote(at + 1);
+        if (at == end || *at != '"') return at;
       }
-      ++cursor;
+      ++at;
     }
-    return cursor;
   }
 
-  /// Returns the offset of the closing quote, of the line break before it, or of the text's end.
-  unsigned long findClosingQuote(unsigned long cursor) const {
-    cursor = find(cursor, BYTE_QUOTE | BYTE_LINE_BREAK);
-    while (cursor < size && isByteOf(text[cursor], BYTE_QUOTE) && !isQuoteAt(cursor)) {
-      cursor = find(cursor + 1, BYTE_QUOTE | BYTE_LINE_BREAK);
-    }
-    return cursor;
-  }
-
-  unsigned long find(unsigned long cursor, int classes) const {
-    while (cursor < size && !isByteOf(text[cursor], classes))
-      ++cursor;
-    return cursor;
+  /// Returns the closing quote, the line break before it, or the text's end.
+  const char* findClosingQuote(const char* at) const {
+    at = findAnyOf<'"', '\n', '\r'>(at, end);
+    while (at != end && *at == '"' && !isQuoteAt(at))
+      at = findAnyOf<'"', '\n', '\r'>(at + 1, end);
+    return at;
   }
 
   /// A quote counts unless the byte before it in the text, whatever it is, is a backslash: an
   /// escaped backslash before the closing quote leaves the quote open.
-  bool isQuoteAt(unsigned long cursor) const { return cursor == 0 || text[cursor - 1] != '\\'; }
+  bool isQuoteAt(const char* at) const { return at == begin || at[-1] != '\\'; }
 
-  const ParserWord* aim(unsigned long start, unsigned long end, unsigned long extraColumn) {
+  const ParserWord* aim(const char* wordBegin, const char* wordEnd, unsigned long extraColumn) {
     word.type = ParserWord::WORD_UNKNOWN;
-    word.start = start;
-    word.length = end - start;
+    word.start = static_cast<unsigned long>(wordBegin - begin);
+    word.length = static_cast<unsigned long>(wordEnd - wordBegin);
     word.line = line;
-    word.column = start - lineStart + extraColumn;
+    word.column = static_cast<unsigned long>(wordBegin - lineBegin) + extraColumn;
     return &word;
   }
 
   ParserWord word;
-  const char* text;             ///< not owned
-  unsigned long size;           ///< of the text, in bytes
-  unsigned long position = 0;   ///< where the next scan begins
-  unsigned long line = 1;       ///< the line of `position`
-  unsigned long lineStart = 0;  ///< the offset of that line's first byte
+  const char* begin;       ///< of the text, not owned
+  const char* end;
+  const char* position;    ///< where the next scan begins
+  const char* lineBegin;   ///< the first byte of the line of `position`
+  unsigned long line = 1;  ///< the line of `position`
 };
 
 }  // namespace Quarry

@@ -5,6 +5,7 @@
 #include <Quarry/ParserWord.h>
 
 #include "Diagnostic.h"
+#include "WordClassifier.h"
 
 #include <vector>
 
@@ -74,12 +75,24 @@ class TextParser {
   /// The first test that holds chooses the rule. Each test fixes the word's type, so the order is
   /// part of the grammar: `yes` is a value because it is no identifier.
   void takeWord(const ParserWord& word) {
-    ParserValue::Type valueType = ParserValue::TYPE_EMPTY;
-    if (word.isIdentifier() || word.isKeyword()) return takeName(word);
-    if (word.isOperator()) return takeAssignment(word);
-    if (word.isSeparator()) return takeSeparator(word);
-    if (word.isValue(valueType)) return takeValue(word, valueType);
-    if (word.isBrace()) return takeBracedItem(word);
+    switch (WordClassifier::classify(word)) {
+      case ParserWord::WORD_IDENTIFIER:
+      case ParserWord::WORD_KEYWORD: return takeName(word);
+      case ParserWord::WORD_OPERATOR: return takeAssignment(word);
+      case ParserWord::WORD_SEPARATOR: return takeSeparator(word);
+      case ParserWord::WORD_EMPTYTAG: return takeValue(word, ParserValue::TYPE_EMPTY);
+      case ParserWord::WORD_BINARYDATA: return takeValue(word, ParserValue::TYPE_BINARYDATA);
+      case ParserWord::WORD_BOOL: return takeValue(word, ParserValue::TYPE_BOOL);
+      case ParserWord::WORD_INT: return takeValue(word, ParserValue::TYPE_INT);
+      case ParserWord::WORD_DOUBLE: return takeValue(word, ParserValue::TYPE_DOUBLE);
+      case ParserWord::WORD_STRING: return takeValue(word, ParserValue::TYPE_STRING);
+      case ParserWord::WORD_BRACE: return takeBracedItem(word);
+      default: return takeBracket(word);
+    }
+  }
+
+  /// A word that is nothing else, but may begin with a bracket.
+  void takeBracket(const ParserWord& word) {
     if (word == "{") return openGroup(word);
     if (word == "}") return closeGroup(word);
     if (word == "(") return openArguments(word);
