@@ -24,7 +24,8 @@ namespace Plinth {
 ///     std::cout << all.getCount() << ' ' << *all.getLast() << '\n';  // 2 2
 ///   }
 /// \endcode
-template <class T>
+/// \tparam Vector the vector's type, which may have an allocator of its own
+template <class T, class Vector = std::vector<T>>
 struct PLINTH_EXPORT VectorCollection {
   /// Views a vector owned elsewhere, which has to outlive it. Every question is answered from the
   /// vector as it is at that moment, without a walk.
@@ -35,17 +36,17 @@ struct PLINTH_EXPORT VectorCollection {
   class PLINTH_EXPORT Driver : public Collection<T>::Driver {
    public:
     /// Views `viewed`, which is not null.
-    explicit Driver(const std::vector<T>* viewed) noexcept : elements(viewed) {}
+    explicit Driver(const Vector* viewed) noexcept : elements(viewed) {}
 
     /// The clone views the same vector.
     Driver* getClone() const override { return new Driver(*this); }
 
     typename Locator<T>::Driver* getLocator() const override {
-      return new typename VectorLocator<T>::Driver(elements);
+      return new typename VectorLocator<T, Vector>::Driver(elements);
     }
 
     typename Locator<T>::Driver* getReverseLocator() const override {
-      return new typename VectorReverseLocator<T>::Driver(elements);
+      return new typename VectorReverseLocator<T, Vector>::Driver(elements);
     }
 
     unsigned long getCount() const override { return elements->size(); }
@@ -63,7 +64,7 @@ struct PLINTH_EXPORT VectorCollection {
     bool hasCount(unsigned long count) const override { return getCount() == count; }
 
    private:
-    const std::vector<T>* elements;
+    const Vector* elements;
   };
 };
 

@@ -23,7 +23,8 @@ namespace Plinth {
 ///       std::cout << *locator.getCurrent() << '\n';  // 1, then 2
 ///   }
 /// \endcode
-template <class T>
+/// \tparam Vector the vector's type, which may have an allocator of its own
+template <class T, class Vector = std::vector<T>>
 struct PLINTH_EXPORT VectorLocator {
   /// Views a vector owned elsewhere, which has to outlive it. The position is a place in the
   /// vector's storage, so the vector must neither gain nor lose elements meanwhile. A null element
@@ -31,7 +32,7 @@ struct PLINTH_EXPORT VectorLocator {
   class PLINTH_EXPORT Driver : public Locator<T>::Driver {
    public:
     /// At the first element of `viewed`, which is not null.
-    explicit Driver(const std::vector<T>* viewed) : elements(viewed), position(viewed->begin()) {}
+    explicit Driver(const Vector* viewed) : elements(viewed), position(viewed->begin()) {}
 
     Driver* getClone() const override { return new Driver(*this); }
 
@@ -44,8 +45,8 @@ struct PLINTH_EXPORT VectorLocator {
     }
 
    private:
-    const std::vector<T>* elements;
-    typename std::vector<T>::const_iterator position;
+    const Vector* elements;
+    typename Vector::const_iterator position;
   };
 };
 

@@ -24,7 +24,8 @@ namespace Plinth {
 ///       std::cout << *locator.getCurrent() << '\n';  // 2, then 1
 ///   }
 /// \endcode
-template <class T>
+/// \tparam Vector the vector's type, which may have an allocator of its own
+template <class T, class Vector = std::vector<T>>
 struct PLINTH_EXPORT VectorReverseLocator {
   /// Views a vector owned elsewhere, which has to outlive it. The position is a place in the
   /// vector's storage, behind the current element, so the vector must neither gain nor lose
@@ -32,7 +33,7 @@ struct PLINTH_EXPORT VectorReverseLocator {
   class PLINTH_EXPORT Driver : public Locator<T>::Driver {
    public:
     /// At the end of `viewed`, which is not null: its last element is the current one.
-    explicit Driver(const std::vector<T>* viewed) : elements(viewed), position(viewed->end()) {}
+    explicit Driver(const Vector* viewed) : elements(viewed), position(viewed->end()) {}
 
     Driver* getClone() const override { return new Driver(*this); }
 
@@ -45,8 +46,8 @@ struct PLINTH_EXPORT VectorReverseLocator {
     }
 
    private:
-    const std::vector<T>* elements;
-    typename std::vector<T>::const_iterator position;
+    const Vector* elements;
+    typename Vector::const_iterator position;
   };
 };
 

@@ -9,11 +9,11 @@
 #include "internal/Messages.h"
 #include "internal/NameIndex.h"
 #include "internal/ParserWordStream.h"
-#include "internal/SlabHeap.h"
 #include "internal/TextParser.h"
 #include "internal/TextWriter.h"
 #include "internal/TreeBuilder.h"
 #include "internal/TreeCopier.h"
+#include "internal/TreeParts.h"
 #include "internal/TreeRemover.h"
 
 #include <algorithm>
@@ -150,14 +150,9 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
 // --- The lists
 // -------------------------------------------------------------------------------------
 
-/// Enters the item that comes to stand at `position`, the end of `items`.
-void ParserGroup::enter(const ParserItem& item, unsigned long position) {
-  const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  if (positions == nullptr && !(isPlain && position == plainCount)) makePositions();
-  if (positions != nullptr) {
-    (isPlain ? positions->plain : positions->keywords).push_back(position);
-  }
-  if (isPlain) ++plainCount;
+void ParserGroup::enterPosition(bool isPlain, unsigned long position) {
+  if (positions == nullptr) makePositions();
+  (isPlain ? positions->plain : positions->keywords).push_back(position);
 }
 
 /// Takes the item that was entered last out again.
@@ -190,19 +185,6 @@ void ParserGroup::makeNames() const noexcept {
 void ParserGroup::forgetNames() const noexcept {
   names.reset();
   comparisons = 0;
-}
-
-/// When memory runs out the group is as before and the item is still the caller's.
-void ParserGroup::append(ParserItem* item) {
-  constexpr std::size_t FIRST_ITEMS = 4;
-  if (items.capacity() == 0) items.reserve(FIRST_ITEMS);
-  enter(*item, items.size());
-  try {
-    items.push_back(item);
-  } catch (...) {
-    leave(*item);
-    throw;
-  }
 }
 
 ParserItem* ParserGroup::append(std::unique_ptr<ParserItem> item) {
@@ -259,8 +241,8 @@ void ParserGroup::detachItem(const unsigned long& index) {
 
 /// The name may be the one of an item that is removed: it is not used any more when they go.
 void ParserGroup::removeItem(const std::string& doomed) {
-  std::vector<ParserItem*> kept;
-  std::vector<ParserItem*> removed;
+  detail::ItemList kept;
+  detail::ItemList removed;
   for (ParserItem* item : items) {
     if (item != nullptr) (item->name == doomed ? removed : kept).push_back(item);
   }
@@ -273,8 +255,7 @@ void ParserGroup::removeItem(const std::string& doomed) {
 }
 
 /// Returns the positions of items of which none is null; null when all of them are plain.
-std::unique_ptr<ParserGroup::Positions> ParserGroup::findPositions(
-    const std::vector<ParserItem*>& list) {
+std::unique_ptr<ParserGroup::Positions> ParserGroup::findPositions(const detail::ItemList& list) {
   const auto isPlain = [](const ParserItem* item) { return item->type == ParserItem::ITEM_PLAIN; };
   if (std::all_of(list.begin(), list.end(), isPlain)) return nullptr;
   auto found = std::make_unique<Positions>();

@@ -195,16 +195,17 @@ class QUARRY_EXPORT ParserGroup {
   ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group, bool folding);
   void removeLastItem();
   void enter(const ParserItem& item, unsigned long position);
+  void enterPosition(bool isPlain, unsigned long position);
   void leave(const ParserItem& item) noexcept;
   void makePositions();
-  static std::unique_ptr<Positions> findPositions(const std::vector<ParserItem*>& list);
+  static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
   ParserItem* plainAt(unsigned long index) const;
   ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
   void makeNames() const noexcept;
   void forgetNames() const noexcept;
 
   std::unique_ptr<const std::string> name;  ///< null for an empty one: nested groups have none
-  std::vector<ParserItem*> items;           ///< owned; null where an item was detached
+  detail::ItemList items;                   ///< owned; null where an item was detached
   union {
     unsigned long plainCount;   ///< plain items that can be looked up, detached ones included
     ParserGroup* nextToRemove;  ///< while its tree is freed, the next group to free

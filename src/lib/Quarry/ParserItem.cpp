@@ -8,9 +8,9 @@
 #include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
 #include "internal/NameIndex.h"
-#include "internal/SlabHeap.h"
 #include "internal/StringText.h"
 #include "internal/TextWriter.h"
+#include "internal/TreeParts.h"
 
 #include <algorithm>
 #include <cassert>
@@ -22,30 +22,7 @@ namespace Quarry {
 
 ParserItem::ParserItem(const std::string& itemName, const Type& itemType,
                        const unsigned long& itemLine, const unsigned long& itemColumn)
-    : ParserItem(WithOwnName(), std::string(itemName), itemType, itemLine, itemColumn) {}
-
-ParserItem::ParserItem(WithOwnName, std::string&& itemName, Type itemType, unsigned long itemLine,
-                       unsigned long itemColumn) noexcept
-    : name(std::move(itemName)),
-      values(ownPlaces()),
-      count(0),
-      capacity(1),
-      line(saturate(itemLine)),
-      column(saturate(itemColumn)),
-      type(itemType),
-      folding(false) {}
-
-/// Makes an item with room for `places` values, where they shall not have to be moved from.
-ParserItem* ParserItem::make(std::string&& itemName, Type itemType, unsigned long itemLine,
-                             unsigned long itemColumn, unsigned long places) {
-  constexpr unsigned long MOST = (SlabHeap::LARGEST - sizeof(ParserItem)) / sizeof(ParserValue) + 1;
-  const unsigned long own = places <= MOST ? std::max(places, 1UL) : 1;
-  void* memory = SlabHeap::allocate(sizeof(ParserItem) + (own - 1) * sizeof(ParserValue));
-  ParserItem* item =
-      ::new (memory) ParserItem(WithOwnName(), std::move(itemName), itemType, itemLine, itemColumn);
-  item->capacity = static_cast<std::uint32_t>(own);
-  return item;
-}
+    : ParserItem(itemName, itemName.data() + itemName.size(), itemType, {itemLine, itemColumn}) {}
 
 /// Delegates, so that the values copied so far are freed when one cannot be copied.
 ParserItem::ParserItem(const ParserItem& other)
@@ -102,10 +79,6 @@ void ParserItem::copyFrom(const ParserItem& other) {
 
 void ParserItem::copyDetails(const ParserItem& other) {
   details = other.details != nullptr ? std::make_unique<Details>(*other.details) : nullptr;
-}
-
-std::uint32_t ParserItem::saturate(unsigned long number) {
-  return static_cast<std::uint32_t>(std::min<unsigned long>(number, UINT32_MAX));
 }
 
 // --- Look ----------------------------------------------------------------------------------------
@@ -243,12 +216,6 @@ void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const uns
 // --- The list of values
 // ----------------------------------------------------------------------------
 
-/// Returns where the next value is to be made; `count` is increased when it has been.
-void* ParserItem::nextPlace() const {
-  if (count == capacity) reserve(std::max(2UL * capacity, 4UL));
-  return values + count;
-}
-
 /// Makes room for so many values; at least two, if the room there is does not suffice.
 void ParserItem::reserve(unsigned long places) const {
   if (places <= capacity) return;
@@ -260,11 +227,6 @@ void ParserItem::reserve(unsigned long places) const {
   freePlaces();
   values = list;
   capacity = static_cast<std::uint32_t>(room);
-}
-
-void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
-  for (ParserValue& value : *this)
-    ::new (places++) ParserValue(ParserValue::Form::TEXT, value);
 }
 
 /// Frees the list, without its values, unless it is a part of the item.

@@ -264,11 +264,22 @@ class QUARRY_EXPORT ParserItem {
     std::string templateName;
   };
 
-  struct WithOwnName {};
-  ParserItem(WithOwnName, std::string&& itemName, Type itemType, unsigned long itemLine,
-             unsigned long itemColumn) noexcept;
-  static ParserItem* make(std::string&& itemName, Type itemType, unsigned long itemLine,
-                          unsigned long itemColumn, unsigned long places);
+  /// Where an item stands in its document.
+  struct Place {
+    unsigned long line;
+    unsigned long column;
+  };
+
+  /// For so many values an item is made with places of its own.
+  struct ValueCount {
+    unsigned long count;
+  };
+
+  ParserItem(std::string_view itemName, const char* readable, Type itemType, const Place& place);
+  static void* operator new(std::size_t size, ValueCount places);
+  static void operator delete(void* memory, ValueCount places) noexcept;
+  static ParserItem* make(std::string_view itemName, const char* readable, Type itemType,
+                          const Place& place, unsigned long wanted);
 
   ParserValue* begin() const { return values; }
   ParserValue* end() const { return values + count; }

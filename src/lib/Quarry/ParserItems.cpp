@@ -55,8 +55,8 @@ ParserItems filter(Plinth::Collection<ParserItem*> collection,
 
 }  // namespace
 
-ParserItems ParserItems::select(const std::vector<ParserItem*>& items) {
-  using View = Plinth::VectorCollection<ParserItem*>::Driver;
+ParserItems ParserItems::select(const detail::ItemList& items) {
+  using View = Plinth::VectorCollection<ParserItem*, detail::ItemList>::Driver;
   return filter(Plinth::Collection<ParserItem*>(new View(&items)), isPlain());
 }
 

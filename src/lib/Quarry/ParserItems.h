@@ -4,6 +4,7 @@
 #include <Plinth/Collection.h>
 #include <Quarry/Export.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace Plinth {
@@ -14,6 +15,35 @@ namespace Quarry {
 
 class ParserGroup;
 class ParserItem;
+
+namespace detail {
+
+/// Gets the memory of a list where items have theirs. For the library's own use.
+template <class T>
+struct ListAllocator {
+  using value_type = T;
+
+  ListAllocator() = default;
+  template <class Other>
+  ListAllocator(const ListAllocator<Other>&) noexcept {}
+
+  T* allocate(std::size_t count);
+  void deallocate(T* list, std::size_t count) noexcept;
+
+  template <class Other>
+  bool operator==(const ListAllocator<Other>&) const noexcept {
+    return true;
+  }
+  template <class Other>
+  bool operator!=(const ListAllocator<Other>&) const noexcept {
+    return false;
+  }
+};
+
+/// The items of a group.
+using ItemList = std::vector<ParserItem*, ListAllocator<ParserItem*>>;
+
+}  // namespace detail
 
 /// Items selected by what they are and by their names, walked without copying anything.
 ///
@@ -46,7 +76,7 @@ class QUARRY_EXPORT ParserItems : public Plinth::Collection<ParserItem*> {
   friend class ParserGroup;
 
   /// Returns the items of a group's list that are no keywords.
-  static ParserItems select(const std::vector<ParserItem*>& items);
+  static ParserItems select(const detail::ItemList& items);
 };
 
 }  // namespace Quarry

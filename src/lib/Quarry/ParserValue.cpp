@@ -10,8 +10,8 @@
 #include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
 #include "internal/NumberText.h"
-#include "internal/SlabHeap.h"
 #include "internal/StringText.h"
+#include "internal/TreeParts.h"
 
 #include <cstring>
 #include <limits>
@@ -42,13 +42,6 @@ std::unique_ptr<char[]> copyBytes(const void* bytes, unsigned long size) {
 }  // namespace
 
 // --- Make ----------------------------------------------------------------------------------------
-
-ParserValue::ParserValue(Form form, Type valueType)
-    : type(valueType),
-      dataValid(form == Form::DATA),
-      textValid(form == Form::TEXT),
-      ownsMemory(false),
-      textLength(0) {}
 
 ParserValue::ParserValue(const bool& value) : ParserValue(Form::DATA, TYPE_BOOL) {
   content.data.boolean = value;
@@ -107,27 +100,6 @@ ParserValue::ParserValue(const Type& valueType, const std::string& text)
     textValid = false;
   }
 }
-
-/// Where enough may be read, a text is copied by the room that there is and not by its length: that
-/// takes no call and no branch.
-ParserValue::ParserValue(Form form, Type valueType, std::string_view text, const char* readable)
-    : ParserValue(form, valueType) {
-  const auto left = static_cast<unsigned long>(readable - text.data());
-  if (text.size() <= CONTENT_TEXT && left >= CONTENT_TEXT) {
-    std::memcpy(&content, text.data(), CONTENT_TEXT);
-    textLength = static_cast<std::uint8_t>(text.size());
-  } else {
-    storeText(text, CONTENT_TEXT);
-  }
-}
-
-ParserValue::ParserValue(Form, ParserValue& from) noexcept
-    : type(from.type),
-      dataValid(from.dataValid),
-      textValid(from.textValid),
-      ownsMemory(from.ownsMemory),
-      textLength(from.textLength),
-      content(from.content) {}
 
 std::unique_ptr<ParserValue::BinaryBlock> ParserValue::makeBlock(std::unique_ptr<char[]> bytes,
                                                                  unsigned long size) {

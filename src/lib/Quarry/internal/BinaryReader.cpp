@@ -7,7 +7,7 @@
 
 #include "BinaryNumber.h"
 #include "Messages.h"
-#include "StringText.h"
+#include "TreeParts.h"
 
 #include <algorithm>
 #include <cstring>
@@ -85,8 +85,8 @@ BinaryReader::Step BinaryReader::openNextItem() {
     return Step::BROKEN;
   }
   if (!openItem(name)) return Step::BROKEN;
-  level.ownItem.reset(ParserItem::make(makeString(name, data.data() + data.size()),
-                                       ParserItem::ITEM_PLAIN, 0, 0, guessValues()));
+  level.ownItem.reset(ParserItem::make(name, data.data() + data.size(), ParserItem::ITEM_PLAIN,
+                                       {0, 0}, guessValues()));
   level.item = level.ownItem.get();
   return Step::GOES_ON;
 }

@@ -45,10 +45,10 @@ class ParserWordStream {
     if (isExhausted()) return nullptr;
     const char* start = position;
     if (isByteOf(*start, BYTE_DELIMITER)) {
-      ++position;
+      position = start + 1;
       return aim(start, position, 0);
     }
-    position = findEnd(start);
+    position = isByteOf(*start, BYTE_QUOTE) ? findQuotedEnd(start) : findEnd(start);
     const bool endedByBlank = isAtBlank();
     aim(start, position, endedByBlank ? 1 : 0);
     if (endedByBlank) passBlank();
@@ -68,7 +68,7 @@ class ParserWordStream {
   }
 
   void passBlank() {
-    const bool breaksLine = isByteOf(*position, BYTE_LINE_BREAK);
+    const bool breaksLine = *position == '\n' || *position == '\r';
     ++position;
     if (breaksLine) {
       ++line;
@@ -76,18 +76,22 @@ class ParserWordStream {
     }
   }
 
-  /// Returns where the word that begins at `start` ends.
-  const char* findEnd(const char* start) const {
-    const char* at = start;
-    for (;;) {
-      at = findWordStop(at, end);
-      if (at == end || *at != '"') return at;
+  /// Returns where the word ends of which nothing up to `at` is a stop.
+  const char* findEnd(const char* at) const {
+    at = findWordStop(at, end);
+    return at == end || *at != '"' ? at : findQuotedEnd(at);
+  }
+
+  /// Returns where the word ends that has a double quote at `at`.
+  const char* findQuotedEnd(const char* at) const {
+    while (at != end && *at == '"') {
       if (isQuoteAt(at)) {
         at = findClosingQuote(at + 1);
         if (at == end || *at != '"') return at;
       }
-      ++at;
+      at = findWordStop(at + 1, end);
     }
+    return at;
   }
 
   /// Returns the closing quote, the line break before it, or the text's end.
@@ -112,7 +116,7 @@ class ParserWordStream {
   }
 
   ParserWord word;
-  const char* begin;       ///< of the text, not owned
+  const char* begin;  ///< of the text, not owned
   const char* end;
   const char* position;    ///< where the next scan begins
   const char* lineBegin;   ///< the first byte of the line of `position`

@@ -48,12 +48,11 @@ class TextParser {
   /// @return false when the text ends and the last word at its top level was `<empty>`, drew a
   ///         warning, or there was none; true otherwise
   bool parse() {
-    levels.assign(1, Level());
     while (!words.isExhausted()) {
       const ParserWord* word = words.next();
       if (word == nullptr) continue;
       takeWord(*word);
-      if (levels.empty()) return true;
+      if (hasEnded) return true;
     }
     return endOfText();
   }
@@ -69,8 +68,6 @@ class TextParser {
     bool hasValue = false;      ///< the item took a value
     ParserWord::Type previous = ParserWord::WORD_NONE;  ///< the last word that was accepted
   };
-
-  Level& level() { return levels.back(); }
 
   /// The first test that holds chooses the rule. Each test fixes the word's type, so the order is
   /// part of the grammar: `yes` is a value because it is no identifier.
@@ -93,11 +90,13 @@ class TextParser {
 
   /// A word that is nothing else, but may begin with a bracket.
   void takeBracket(const ParserWord& word) {
-    if (word == "{") return openGroup(word);
-    if (word == "}") return closeGroup(word);
-    if (word == "(") return openArguments(word);
-    if (word == ")") return closeArguments(word);
-    warn(Diagnostic::UNKNOWN_WORD, word);
+    switch (WordClassifier::firstByte(word)) {
+      case '{': return openGroup(word);
+      case '}': return closeGroup(word);
+      case '(': return openArguments(word);
+      case ')': return closeArguments(word);
+      default: warn(Diagnostic::UNKNOWN_WORD, word);
+    }
   }
 
   /// name = identifier | keyword ;
@@ -110,28 +109,28 @@ class TextParser {
       return warn(Diagnostic::TEMPLATE_INSIDE_TEMPLATE, word);
     }
     if (words.isExhausted()) return warn(Diagnostic::HAS_NO_VALUE, word);
-    if (hasItem() && !level().hasValueWord) return warn(Diagnostic::HAS_NO_VALUE, word);
+    if (hasItem() && !level.hasValueWord) return warn(Diagnostic::HAS_NO_VALUE, word);
     sink.beginItem(word);
-    level().item = word.getType() == ParserWord::WORD_KEYWORD ? Item::KEYWORD : Item::PLAIN;
-    level().hasValueWord = false;
-    level().hasValue = false;
-    level().previous = ParserWord::WORD_IDENTIFIER;
+    level.item = word.getType() == ParserWord::WORD_KEYWORD ? Item::KEYWORD : Item::PLAIN;
+    level.hasValueWord = false;
+    level.hasValue = false;
+    level.previous = ParserWord::WORD_IDENTIFIER;
   }
 
   /// "=" , directly behind a name
   void takeAssignment(const ParserWord& word) {
-    if (level().previous != ParserWord::WORD_IDENTIFIER) {
+    if (level.previous != ParserWord::WORD_IDENTIFIER) {
       return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
     }
-    level().previous = ParserWord::WORD_OPERATOR;
+    level.previous = ParserWord::WORD_OPERATOR;
   }
 
   /// "," , directly behind a value
   void takeSeparator(const ParserWord& word) {
-    if (!ParserWord::isValuetype(level().previous)) {
+    if (!ParserWord::isValuetype(level.previous)) {
       return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
     }
-    level().previous = ParserWord::WORD_SEPARATOR;
+    level.previous = ParserWord::WORD_SEPARATOR;
   }
 
   /// value = bool | int | double | string | binary data | "<empty>" ;
@@ -141,16 +140,16 @@ class TextParser {
       sink.emptyTag(word);
     } else {
       sink.value(word, type);
-      level().hasValue = true;
+      level.hasValue = true;
     }
-    level().hasValueWord = true;
-    level().previous = word.getType();
+    level.hasValueWord = true;
+    level.previous = word.getType();
   }
 
   /// A word that the word source typed as a brace: an item and its group in one word.
   void takeBracedItem(const ParserWord& word) {
     sink.beginBracedItem(word);
-    levels.push_back(Level());
+    enterLevel();
   }
 
   /// group = "{" , { statement } , "}" ;
@@ -159,71 +158,81 @@ class TextParser {
   void openGroup(const ParserWord& word) {
     if (!hasItem()) return warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
     sink.beginGroup(word);
-    level().item = Item::NONE;
-    levels.push_back(Level());
+    level.item = Item::NONE;
+    enterLevel();
   }
 
   /// "}" ends the group, and at the top level the whole parse.
   void closeGroup(const ParserWord& word) {
-    levels.pop_back();
-    if (levels.empty()) {
-      sink.endDocument(word);
-    } else {
-      sink.endGroup(&word);
-    }
+    hasEnded = outerLevels.empty();
+    if (hasEnded) return sink.endDocument(word);
+    leaveLevel();
+    sink.endGroup(&word);
   }
 
   /// call = "(" , [ values ] , ")" ;
   void openArguments(const ParserWord& word) {
     if (!hasItem()) return warn(Diagnostic::ARGUMENTS_WITHOUT_ITEM, word);
-    if (level().hasValue) {
+    if (level.hasValue) {
       return warnAndDropItem(Diagnostic::ARGUMENTS_MIXED_WITH_VALUES, word);
     }
-    if (level().item == Item::CALL) {
+    if (level.item == Item::CALL) {
       return warnAndDropItem(Diagnostic::ARGUMENTS_INSIDE_ARGUMENTS, word);
     }
-    if (level().item == Item::KEYWORD) {
+    if (level.item == Item::KEYWORD) {
       return warnAndDropItem(Diagnostic::ARGUMENTS_ON_KEYWORD, word);
     }
     sink.beginCall(word);
-    level().item = Item::CALL;
+    level.item = Item::CALL;
   }
 
   /// ")" completes the call.
   void closeArguments(const ParserWord& word) {
     if (!hasItem()) return warn(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_ITEM, word);
-    if (level().item != Item::CALL) {
+    if (level.item != Item::CALL) {
       return warnAndDropItem(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_CALL, word);
     }
     sink.endCall(word);
-    level().item = Item::NONE;
+    level.item = Item::NONE;
   }
 
   /// The text ends every group that is still open.
   bool endOfText() {
-    while (levels.size() > 1) {
-      levels.pop_back();
+    while (!outerLevels.empty()) {
+      leaveLevel();
       sink.endGroup(nullptr);
     }
-    const ParserWord::Type last = level().previous;
+    const ParserWord::Type last = level.previous;
     return last != ParserWord::WORD_EMPTYTAG && last != ParserWord::WORD_NONE;
   }
 
-  bool hasItem() { return level().item != Item::NONE; }
+  void enterLevel() {
+    outerLevels.push_back(level);
+    level = Level();
+  }
+
+  void leaveLevel() {
+    level = outerLevels.back();
+    outerLevels.pop_back();
+  }
+
+  bool hasItem() { return level.item != Item::NONE; }
 
   void warn(Diagnostic diagnostic, const ParserWord& word) {
     sink.warning(diagnostic, word);
-    level().previous = ParserWord::WORD_NONE;
+    level.previous = ParserWord::WORD_NONE;
   }
 
   void warnAndDropItem(Diagnostic diagnostic, const ParserWord& word) {
     warn(diagnostic, word);
-    level().item = Item::NONE;
+    level.item = Item::NONE;
   }
 
   Words& words;
   Sink& sink;
-  std::vector<Level> levels;
+  Level level;  ///< of the innermost group
+  std::vector<Level> outerLevels;
+  bool hasEnded = false;  ///< by a closing brace
 };
 
 }  // namespace Quarry

@@ -6,8 +6,12 @@
 #include <Quarry/ParserValue.h>
 #include <Quarry/ParserWord.h>
 
+#include "ByteSearch.h"
 #include "Diagnostic.h"
+#include "TreeParts.h"
 
+#include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,19 +28,72 @@ class TreeBuilder {
   explicit TreeBuilder(ParserGroup& target, bool hasZeroBytes = true)
       : group(&target), isPlainText(!hasZeroBytes) {}
 
-  void beginItem(const ParserWord& word);
-  void value(const ParserWord& word, ParserValue::Type type);
+  /// The parser has classified the name, so that it need not be checked again.
+  void beginItem(const ParserWord& word) {
+    completeItem();
+    isCollecting = true;
+    isCall = false;
+    name = {word.begin(), word.getLength()};
+    nameReadable = word.textEnd;
+    place = {word.getLine(), word.getColumn()};
+    type = word.getType() == ParserWord::WORD_KEYWORD ? ParserItem::ITEM_KEYWORD
+                                                      : ParserItem::ITEM_PLAIN;
+    if (hasDetails(word)) completeItemWithDetails(word);
+  }
+
+  void value(const ParserWord& word, ParserValue::Type valueType) {
+    const bool isText = isCollecting && isPlainText;
+    if (isText && valueType != ParserValue::TYPE_STRING &&
+        valueType != ParserValue::TYPE_BINARYDATA) {
+      collectText(valueType, {word.begin(), word.getLength()}, word);
+    } else if (isText && valueType == ParserValue::TYPE_STRING) {
+      collectString(word);
+    } else {
+      addWord(word, valueType);
+    }
+  }
+
   void emptyTag(const ParserWord&) {}  // an item without values is an empty one
-  void beginGroup(const ParserWord& word);
+
+  void beginGroup(const ParserWord&) {
+    ParserGroup* inner = (isCollecting ? values : *item).appendGroup(nullptr);
+    completeItem();
+    enterGroup(inner);
+  }
+
   void beginBracedItem(const ParserWord& word);
-  void endGroup(const ParserWord* word);
-  void beginCall(const ParserWord&);
+
+  void endGroup(const ParserWord*) {
+    completeItem();
+    group = outers.back().group;
+    item = outers.back().item;
+    outers.pop_back();
+  }
+
+  void beginCall(const ParserWord&) {
+    if (isCollecting) {
+      isCall = true;
+    } else {
+      item->type = ParserItem::ITEM_CALL;
+    }
+  }
+
   void endCall(const ParserWord&) {}
   void endDocument(const ParserWord&) {}
   void warning(Diagnostic diagnostic, const ParserWord& word);
 
-  /// Makes the item whose values are being collected.
-  void completeItem();
+  /// Makes the item whose values are being collected. A call is looked up as the plain item that it
+  /// is when its name is read.
+  void completeItem() {
+    if (!isCollecting) return;
+    isCollecting = false;
+    std::unique_ptr<ParserItem> made(
+        ParserItem::make(name, nameReadable, type, place, values.count));
+    if (values.count > 0) moveValuesTo(*made);
+    group->append(made.get());
+    item = made.release();
+    if (isCall) item->type = ParserItem::ITEM_CALL;
+  }
 
  private:
   /// A group that waits for a nested one to end, and its current item.
@@ -45,9 +102,43 @@ class TreeBuilder {
     ParserItem* item;
   };
 
-  void enterGroup(ParserGroup* inner);
-  void collectString(const ParserWord& word);
-  void collectText(ParserValue::Type type, std::string_view text, const ParserWord& word);
+  static bool hasDetails(const ParserWord& word) {
+    return word.getArraySize() != ParserWord::NO_ARRAY || word.getTemplateWord() != nullptr;
+  }
+
+  void enterGroup(ParserGroup* inner) {
+    outers.push_back({group, item});
+    group = inner;
+    item = nullptr;
+  }
+
+  /// A string without escapes is kept as it stands, without its quotes.
+  void collectString(const ParserWord& word) {
+    constexpr unsigned long QUOTES = 2;
+    const char* begin = word.begin() + 1;
+    const char* end = word.getLength() > QUOTES ? word.end() - 1 : begin;
+    if (word.resolvesEscapes && findAnyOf<'\\'>(begin, end) != end) {
+      values.addWord(word, ParserValue::TYPE_STRING);
+    } else {
+      const auto length = static_cast<unsigned long>(end - begin);
+      collectText(ParserValue::TYPE_STRING, {begin, length}, word);
+    }
+  }
+
+  void collectText(ParserValue::Type valueType, std::string_view text, const ParserWord& word) {
+    ::new (values.nextPlace()) ParserValue(ParserValue::Form::TEXT, valueType, text, word.textEnd);
+    ++values.count;
+  }
+
+  void moveValuesTo(ParserItem& made) {
+    made.reserve(values.count);
+    values.moveValuesTo(made.values);
+    made.count = values.count;
+    values.count = 0;
+  }
+
+  void completeItemWithDetails(const ParserWord& word);
+  void addWord(const ParserWord& word, ParserValue::Type valueType);
 
   ParserGroup* group;          ///< the innermost group
   ParserItem* item = nullptr;  ///< its current item, once it is made
@@ -58,8 +149,7 @@ class TreeBuilder {
   bool isCollecting = false;
   std::string_view name;
   const char* nameReadable = nullptr;  ///< the end of the text that the name stands in
-  unsigned long line = 0;
-  unsigned long column = 0;
+  ParserItem::Place place = {0, 0};
   ParserItem::Type type = ParserItem::ITEM_PLAIN;
   bool isCall = false;
   ParserItem values{std::string(), ParserItem::ITEM_PLAIN, 0, 0};

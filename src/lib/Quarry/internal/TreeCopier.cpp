@@ -4,6 +4,8 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
+#include "TreeParts.h"
+
 #include <memory>
 #include <string>
 
@@ -23,8 +25,9 @@ void TreeCopier::copyLevel(const ParserGroup& source, ParserGroup& target) {
   target.items.reserve(source.items.size());
   for (const ParserItem* item : source.items) {
     if (item == nullptr) continue;
-    std::unique_ptr<ParserItem> copy(ParserItem::make(std::string(item->name), item->type,
-                                                      item->line, item->column, item->count));
+    const std::string& name = item->name;
+    std::unique_ptr<ParserItem> copy(ParserItem::make(name, name.data() + name.size(), item->type,
+                                                      {item->line, item->column}, item->count));
     copy->copyDetails(*item);
     copyValues(*item, *target.append(std::move(copy)));
   }

@@ -4,11 +4,11 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
-#include "SlabHeap.h"
+#include "TreeParts.h"
 
 namespace Quarry {
 
-void TreeRemover::removeItems(std::vector<ParserItem*>& items) {
+void TreeRemover::removeItems(detail::ItemList& items) {
   constexpr unsigned long MANY = 1000;
   TreeRemover remover;
   remover.removeFrom(items);
@@ -21,7 +21,7 @@ void TreeRemover::removeItems(std::vector<ParserItem*>& items) {
   if (remover.removed >= MANY) SlabHeap::flush();
 }
 
-void TreeRemover::removeFrom(std::vector<ParserItem*>& items) {
+void TreeRemover::removeFrom(detail::ItemList& items) {
   for (ParserItem* item : items) {
     if (item == nullptr) continue;
     takeGroups(*item);

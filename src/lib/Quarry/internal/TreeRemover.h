@@ -1,7 +1,7 @@
 /// Frees trees of any depth.
 #pragma once
 
-#include <vector>
+#include <Quarry/ParserItems.h>
 
 namespace Quarry {
 
@@ -16,10 +16,10 @@ class ParserItem;
 class TreeRemover {
  public:
   /// Deletes the items and empties the list; null entries are passed over.
-  static void removeItems(std::vector<ParserItem*>& items);
+  static void removeItems(detail::ItemList& items);
 
  private:
-  void removeFrom(std::vector<ParserItem*>& items);
+  void removeFrom(detail::ItemList& items);
   void takeGroups(ParserItem& item);
 
   ParserGroup* waiting = nullptr;

@@ -92,7 +92,7 @@ class TreeWalker {
 
   static const ParserItem* takeItem(Level& level) {
     if (level.group == nullptr) return nullptr;
-    const std::vector<ParserItem*>& items = level.group->items;
+    const detail::ItemList& items = level.group->items;
     while (level.nextItem < items.size()) {
       if (const ParserItem* item = items[level.nextItem++]) return item;
     }

@@ -6,6 +6,7 @@
 #include "WordScan.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace Quarry {
 
@@ -16,6 +17,9 @@ namespace Quarry {
 /// asked. The word gets the type, as the test would give it.
 class WordClassifier {
  public:
+  /// Returns 0 for an empty word.
+  static char firstByte(const ParserWord& word) { return word.length > 0 ? *word.begin() : 0; }
+
   /// Returns the word's type, WORD_UNKNOWN when no test succeeds.
   static ParserWord::Type classify(const ParserWord& word) {
     if (word.type != ParserWord::WORD_UNKNOWN || word.length == 0) return byTests(word);
@@ -44,6 +48,7 @@ class WordClassifier {
       return asNumber(word, begin + 1);
     }
     if (first == '"') return asString(word);
+    if (first == '<') return asEmptyTag(word);
     return ParserWord::WORD_UNKNOWN;
   }
 
@@ -68,6 +73,12 @@ class WordClassifier {
   static ParserWord::Type asString(const ParserWord& word) {
     const bool isQuoted = word.length >= 2 && word.end()[-1] == '"';
     return isQuoted ? ParserWord::WORD_STRING : ParserWord::WORD_UNKNOWN;
+  }
+
+  static ParserWord::Type asEmptyTag(const ParserWord& word) {
+    constexpr std::string_view TAG = "<empty>";
+    const bool isTag = std::string_view(word.begin(), word.length) == TAG;
+    return isTag ? ParserWord::WORD_EMPTYTAG : ParserWord::WORD_UNKNOWN;
   }
 
   static ParserWord::Type byTests(const ParserWord& word) {

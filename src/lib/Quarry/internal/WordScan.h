@@ -1,9 +1,9 @@
 /// Finds where words end and what they consist of.
 ///
 /// Documents consist of short words, and a loop over a word's bytes costs more in its last, wrongly
-/// foreseen step than in all others. These functions look at 16 bytes with a few instructions, where
-/// so many may be read, and do the rest byte by byte. Every x86-64 processor has these instructions;
-/// elsewhere the loops do all of the work.
+/// foreseen step than in all others. These functions look at 16 bytes with a few instructions,
+/// where so many may be read, and do the rest byte by byte. Every x86-64 processor has these
+/// instructions; elsewhere the loops do all of the work.
 #pragma once
 
 #include "ByteClass.h"
@@ -88,8 +88,11 @@ inline const char* findWordStop(const char* at, const char* end) {
 #ifdef __SSE2__
   while (end - at >= Block::SIZE) {
     const unsigned stops = Block(at).likelyStops();
-    at += stops != 0 ? std::countr_zero(stops) : Block::SIZE;
-    if (stops == 0) continue;
+    if (stops == 0) {
+      at += Block::SIZE;
+      continue;
+    }
+    at += std::countr_zero(stops);
     if (isByteOf(*at, WORD_STOPS)) return at;
     ++at;
   }

@@ -1,0 +1,130 @@
+/// How the parts of trees are made: what the public headers declare and the library has to inline.
+#pragma once
+
+#include <Quarry/ParserGroup.h>
+#include <Quarry/ParserItem.h>
+#include <Quarry/ParserValue.h>
+
+#include "SlabHeap.h"
+#include "StringText.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace Quarry {
+
+// --- Lists ---------------------------------------------------------------------------------------
+
+template <class T>
+inline T* detail::ListAllocator<T>::allocate(std::size_t count) {
+  if (count > static_cast<std::size_t>(-1) / sizeof(T)) throw std::bad_alloc();
+  return static_cast<T*>(SlabHeap::allocate(count * sizeof(T)));
+}
+
+template <class T>
+inline void detail::ListAllocator<T>::deallocate(T* list, std::size_t count) noexcept {
+  SlabHeap::free(list, count * sizeof(T));
+}
+
+// --- Values --------------------------------------------------------------------------------------
+
+inline ParserValue::ParserValue(Form form, Type valueType)
+    : type(valueType),
+      dataValid(form == Form::DATA),
+      textValid(form == Form::TEXT),
+      ownsMemory(false),
+      textLength(0) {}
+
+/// Where enough may be read, a text is copied by the room that there is and not by its length: that
+/// takes no call and no branch.
+inline ParserValue::ParserValue(Form form, Type valueType, std::string_view text,
+                                const char* readable)
+    : ParserValue(form, valueType) {
+  const auto left = static_cast<unsigned long>(readable - text.data());
+  if (text.size() <= CONTENT_TEXT && left >= CONTENT_TEXT) {
+    std::memcpy(&content, text.data(), CONTENT_TEXT);
+    textLength = static_cast<std::uint8_t>(text.size());
+  } else {
+    storeText(text, CONTENT_TEXT);
+  }
+}
+
+inline ParserValue::ParserValue(Form, ParserValue& from) noexcept
+    : type(from.type),
+      dataValid(from.dataValid),
+      textValid(from.textValid),
+      ownsMemory(from.ownsMemory),
+      textLength(from.textLength),
+      content(from.content) {}
+
+// --- Items ---------------------------------------------------------------------------------------
+
+inline std::uint32_t ParserItem::saturate(unsigned long number) {
+  return static_cast<std::uint32_t>(std::min<unsigned long>(number, UINT32_MAX));
+}
+
+/// Makes the name where it is to be: a string that is moved is copied by its length.
+inline ParserItem::ParserItem(std::string_view itemName, const char* readable, Type itemType,
+                              const Place& place)
+    : name(makeString(itemName, readable)),
+      values(ownPlaces()),
+      count(0),
+      capacity(1),
+      line(saturate(place.line)),
+      column(saturate(place.column)),
+      type(itemType),
+      folding(false) {}
+
+inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
+  return SlabHeap::allocate(size + (places.count - 1) * sizeof(ParserValue));
+}
+
+inline void ParserItem::operator delete(void* memory, ValueCount) noexcept {
+  SlabHeap::free(memory, sizeof(ParserItem));
+}
+
+/// Makes an item with room for `wanted` values, where they shall not have to be moved from.
+/// @param readable see makeString()
+inline ParserItem* ParserItem::make(std::string_view itemName, const char* readable, Type itemType,
+                                    const Place& place, unsigned long wanted) {
+  constexpr unsigned long MOST = (SlabHeap::LARGEST - sizeof(ParserItem)) / sizeof(ParserValue) + 1;
+  const ValueCount places{wanted <= MOST ? std::max(wanted, 1UL) : 1};
+  auto* item = new (places) ParserItem(itemName, readable, itemType, place);
+  item->capacity = static_cast<std::uint32_t>(places.count);
+  return item;
+}
+
+/// Returns where the next value is to be made; `count` is increased when it has been.
+inline void* ParserItem::nextPlace() const {
+  if (count == capacity) reserve(std::max(2UL * capacity, 4UL));
+  return values + count;
+}
+
+inline void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
+  for (ParserValue& value : *this)
+    ::new (places++) ParserValue(ParserValue::Form::TEXT, value);
+}
+
+// --- Groups --------------------------------------------------------------------------------------
+
+/// Enters the item that comes to stand at `position`, the end of `items`.
+inline void ParserGroup::enter(const ParserItem& item, unsigned long position) {
+  const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
+  if (positions != nullptr || !isPlain || position != plainCount) enterPosition(isPlain, position);
+  if (isPlain) ++plainCount;
+}
+
+/// When memory runs out the group is as before and the item is still the caller's.
+inline void ParserGroup::append(ParserItem* item) {
+  constexpr std::size_t FIRST_ITEMS = 4;
+  const std::size_t position = items.size();
+  if (position == items.capacity()) items.reserve(std::max(FIRST_ITEMS, 2 * position));
+  enter(*item, position);
+  items.push_back(item);
+}
+
+}  // namespace Quarry
