@@ -6,7 +6,9 @@ function(quarry_finish_library target)
     PROPERTIES OUTPUT_NAME ${target}-${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
                LINKER_LANGUAGE CXX
                LINK_DEPENDS "${exports}")
-  target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
+  # The library calls its own functions directly, not through a table that others could change.
+  target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}"
+                                        "LINKER:-Bsymbolic-functions")
   target_compile_features(${target} INTERFACE cxx_std_17)
   quarry_enable_hardening(${target})
   add_library(Quarry::${target} ALIAS ${target})

@@ -36,7 +36,7 @@ ParserItem::ParserItem(const ParserItem& other)
 }
 
 ParserItem::~ParserItem() {
-  reset();
+  if (count > 0) reset();
   freePlaces();
 }
 
@@ -216,9 +216,8 @@ void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const uns
 // --- The list of values
 // ----------------------------------------------------------------------------
 
-/// Makes room for so many values; at least two, if the room there is does not suffice.
-void ParserItem::reserve(unsigned long places) const {
-  if (places <= capacity) return;
+/// Gives the values a list with room for so many.
+void ParserItem::grow(unsigned long places) const {
   const std::size_t size = SlabHeap::roundUp(places * sizeof(ParserValue));
   const unsigned long room = size / sizeof(ParserValue);
   if (room > UINT32_MAX) throw std::bad_alloc();
@@ -312,7 +311,7 @@ void ParserItem::removeValue(const std::vector<unsigned long>& indices) {
     if (doomed[i]) {
       values[i].~ParserValue();
     } else {
-      if (kept != i) ::new (&values[kept]) ParserValue(ParserValue::Form::TEXT, values[i]);
+      if (kept != i) ParserValue::relocate(values[i], &values[kept]);
       ++kept;
     }
   }

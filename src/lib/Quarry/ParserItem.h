@@ -288,6 +288,7 @@ class QUARRY_EXPORT ParserItem {
   static std::uint32_t saturate(unsigned long number);
   void* nextPlace() const;
   void reserve(unsigned long places) const;
+  void grow(unsigned long places) const;
   void moveValuesTo(ParserValue* places) const noexcept;
   void freePlaces() const noexcept;
   void appendText(ParserValue::Type valueType, std::string_view text);

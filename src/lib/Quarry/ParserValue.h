@@ -310,8 +310,7 @@ class QUARRY_EXPORT ParserValue {
   /// A text of a type that isKeptAsText(). Bytes up to `readable` may be read, though not used.
   ParserValue(Form form, Type valueType, std::string_view text, const char* readable);
   explicit ParserValue(std::unique_ptr<BinaryBlock> block);
-  /// Takes over all that `from` has; nothing is left to destroy there.
-  ParserValue(Form form, ParserValue& from) noexcept;
+  static void relocate(ParserValue& from, void* to) noexcept;
 
   static bool isKeptAsText(Type type);
   static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes, unsigned long size);

@@ -48,32 +48,27 @@ class ParserWordStream {
       position = start + 1;
       return aim(start, position, 0);
     }
-    position = isByteOf(*start, BYTE_QUOTE) ? findQuotedEnd(start) : findEnd(start);
-    const bool endedByBlank = isAtBlank();
+    position = *start == '"' ? findQuotedEnd(start) : findEnd(start + 1);
+    const bool endedByBlank = position != end && isByteOf(*position, BYTE_BLANK | BYTE_LINE_BREAK);
     aim(start, position, endedByBlank ? 1 : 0);
     if (endedByBlank) passBlank();
     return &word;
   }
 
  private:
-  bool isAtBlank() const {
-    return position != end && isByteOf(*position, BYTE_BLANK | BYTE_LINE_BREAK);
-  }
-
+  /// Most words stand behind one blank, and the first of a line behind many.
   void skipBlanks() {
-    while (isAtBlank()) {
+    while (position != end && isByteOf(*position, BYTE_BLANK | BYTE_LINE_BREAK)) {
       passBlank();
       position = skipSpaces(position, end);
     }
   }
 
   void passBlank() {
-    const bool breaksLine = *position == '\n' || *position == '\r';
-    ++position;
-    if (breaksLine) {
-      ++line;
-      lineBegin = position;
-    }
+    const char blank = *position++;
+    if (blank == ' ' || blank == '\t') return;
+    ++line;
+    lineBegin = position;
   }
 
   /// Returns where the word ends of which nothing up to `at` is a stop.

@@ -53,31 +53,39 @@ inline ParserValue::ParserValue(Form form, Type valueType, std::string_view text
   }
 }
 
-inline ParserValue::ParserValue(Form, ParserValue& from) noexcept
-    : type(from.type),
-      dataValid(from.dataValid),
-      textValid(from.textValid),
-      ownsMemory(from.ownsMemory),
-      textLength(from.textLength),
-      content(from.content) {}
+/// Moves a value to another place; nothing is left to destroy. Nothing points into a value, so that
+/// its bytes are all there is to it.
+inline void ParserValue::relocate(ParserValue& from, void* to) noexcept {
+  std::memcpy(to, static_cast<const void*>(&from), sizeof(ParserValue));
+}
 
 // --- Items ---------------------------------------------------------------------------------------
+
+/// Makes a string that begins with `text`. Where enough may be read, a short one is copied by the
+/// room that a string has within itself, which takes no call and no branch: it has to be cut.
+inline std::string makeUncutName(std::string_view text, const char* readable) {
+  constexpr std::size_t ROOM = 15;
+  const bool fits = text.size() <= ROOM && static_cast<std::size_t>(readable - text.data()) >= ROOM;
+  return fits ? std::string(text.data(), ROOM) : std::string(text);
+}
 
 inline std::uint32_t ParserItem::saturate(unsigned long number) {
   return static_cast<std::uint32_t>(std::min<unsigned long>(number, UINT32_MAX));
 }
 
-/// Makes the name where it is to be: a string that is moved is copied by its length.
+/// The name is made where it is to be: a string that is moved would be copied again.
 inline ParserItem::ParserItem(std::string_view itemName, const char* readable, Type itemType,
                               const Place& place)
-    : name(makeString(itemName, readable)),
+    : name(makeUncutName(itemName, readable)),
       values(ownPlaces()),
       count(0),
       capacity(1),
       line(saturate(place.line)),
       column(saturate(place.column)),
       type(itemType),
-      folding(false) {}
+      folding(false) {
+  name.resize(itemName.size());
+}
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
   return SlabHeap::allocate(size + (places.count - 1) * sizeof(ParserValue));
@@ -88,7 +96,7 @@ inline void ParserItem::operator delete(void* memory, ValueCount) noexcept {
 }
 
 /// Makes an item with room for `wanted` values, where they shall not have to be moved from.
-/// @param readable see makeString()
+/// @param readable bytes up to here may be read, though not used
 inline ParserItem* ParserItem::make(std::string_view itemName, const char* readable, Type itemType,
                                     const Place& place, unsigned long wanted) {
   constexpr unsigned long MOST = (SlabHeap::LARGEST - sizeof(ParserItem)) / sizeof(ParserValue) + 1;
@@ -104,9 +112,14 @@ inline void* ParserItem::nextPlace() const {
   return values + count;
 }
 
+/// Makes room for so many values.
+inline void ParserItem::reserve(unsigned long places) const {
+  if (places > capacity) grow(places);
+}
+
 inline void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
   for (ParserValue& value : *this)
-    ::new (places++) ParserValue(ParserValue::Form::TEXT, value);
+    ParserValue::relocate(value, places++);
 }
 
 // --- Groups --------------------------------------------------------------------------------------

@@ -24,22 +24,26 @@ void TreeRemover::removeItems(detail::ItemList& items) {
 void TreeRemover::removeFrom(detail::ItemList& items) {
   for (ParserItem* item : items) {
     if (item == nullptr) continue;
-    takeGroups(*item);
+    clearItem(*item);
     delete item;
   }
   removed += items.size();
   items.clear();
 }
 
-/// Groups without items are left to their item: deleting them goes no deeper.
-void TreeRemover::takeGroups(ParserItem& item) {
+/// Frees what the values own. Groups without items are freed at once: that goes no deeper.
+void TreeRemover::clearItem(ParserItem& item) {
   for (ParserValue& value : item) {
+    if (!value.ownsMemory) continue;
     ParserGroup* group = value.getGroup();
-    if (group == nullptr || group->items.empty()) continue;
-    value.ownsMemory = false;
+    if (group == nullptr || group->items.empty()) {
+      value.release();
+      continue;
+    }
     group->nextToRemove = waiting;
     waiting = group;
   }
+  item.count = 0;
 }
 
 }  // namespace Quarry

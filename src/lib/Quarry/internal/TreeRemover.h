@@ -20,7 +20,7 @@ class TreeRemover {
 
  private:
   void removeFrom(detail::ItemList& items);
-  void takeGroups(ParserItem& item);
+  void clearItem(ParserItem& item);
 
   ParserGroup* waiting = nullptr;
   unsigned long removed = 0;  ///< items
