@@ -46,7 +46,9 @@ ParserItem::Type typeForName(const std::string& name) {
 // --- Make ----------------------------------------------------------------------------------------
 
 ParserGroup::ParserGroup(const std::string& groupName)
-    : name(groupName.empty() ? nullptr : new std::string(groupName)), plainCount(0) {}
+    : name(groupName.empty() ? nullptr : new std::string(groupName)),
+      plainCount(0),
+      comparisons(0) {}
 
 /// Delegates, so that the items copied so far are freed when one cannot be copied.
 ParserGroup::ParserGroup(const ParserGroup& other) : ParserGroup(other.getName()) {
@@ -150,9 +152,17 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
 // --- The lists
 // -------------------------------------------------------------------------------------
 
-void ParserGroup::enterPosition(bool isPlain, unsigned long position) {
+void ParserGroup::growItems() {
+  constexpr std::size_t FIRST_ITEMS = 4;
+  items.reserve(std::max(FIRST_ITEMS, 2 * items.size()));
+}
+
+/// Enters the item that comes to stand at `position`, the end of `items`, in a list of positions.
+void ParserGroup::enter(const ParserItem& item, unsigned long position) {
+  const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
   if (positions == nullptr) makePositions();
   (isPlain ? positions->plain : positions->keywords).push_back(position);
+  if (isPlain) ++plainCount;
 }
 
 /// Takes the item that was entered last out again.

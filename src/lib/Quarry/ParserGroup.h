@@ -194,8 +194,8 @@ class QUARRY_EXPORT ParserGroup {
   ParserItem* append(std::unique_ptr<ParserItem> item);
   ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group, bool folding);
   void removeLastItem();
+  void growItems();
   void enter(const ParserItem& item, unsigned long position);
-  void enterPosition(bool isPlain, unsigned long position);
   void leave(const ParserItem& item) noexcept;
   void makePositions();
   static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
@@ -213,7 +213,10 @@ class QUARRY_EXPORT ParserGroup {
   std::unique_ptr<Positions> positions;      ///< null while `items` begins with the plain items and
                                              ///< no other item can be looked up
   mutable std::unique_ptr<NameIndex> names;  ///< of a large group in which much is looked up
-  mutable unsigned long comparisons = 0;     ///< of names, since `names` was made or given up
+  union {
+    mutable unsigned long comparisons;  ///< of names, since `names` was made or given up
+    unsigned long removedItems;         ///< while its tree is freed
+  };
 };
 
 }  // namespace Quarry

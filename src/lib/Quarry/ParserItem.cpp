@@ -35,8 +35,8 @@ ParserItem::ParserItem(const ParserItem& other)
   }
 }
 
-ParserItem::~ParserItem() {
-  if (count > 0) reset();
+void ParserItem::freeValues() noexcept {
+  reset();
   freePlaces();
 }
 
@@ -70,8 +70,7 @@ void ParserItem::copyFrom(const ParserItem& other) {
   line = copy.line;
   column = copy.column;
   type = copy.type;
-  reset();
-  freePlaces();
+  freeValues();
   values = std::exchange(copy.values, copy.ownPlaces());
   count = std::exchange(copy.count, 0);
   capacity = std::exchange(copy.capacity, 1);

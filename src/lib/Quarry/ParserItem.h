@@ -63,7 +63,9 @@ class QUARRY_EXPORT ParserItem {
   ParserItem(const ParserItem& other);
   ParserItem& operator=(const ParserItem&) = delete;
 
-  ~ParserItem();
+  ~ParserItem() {
+    if (count > 0 || values != ownPlaces()) freeValues();
+  }
 
   /// Items have memory of their own kind, which is cheaper to get and to free than the process's.
   /// Throws `std::bad_alloc`.
@@ -280,6 +282,7 @@ class QUARRY_EXPORT ParserItem {
   static void operator delete(void* memory, ValueCount places) noexcept;
   static ParserItem* make(std::string_view itemName, const char* readable, Type itemType,
                           const Place& place, unsigned long wanted);
+  static void destroy(ParserItem* item) noexcept;
 
   ParserValue* begin() const { return values; }
   ParserValue* end() const { return values + count; }
@@ -291,6 +294,7 @@ class QUARRY_EXPORT ParserItem {
   void grow(unsigned long places) const;
   void moveValuesTo(ParserValue* places) const noexcept;
   void freePlaces() const noexcept;
+  void freeValues() noexcept;
   void appendText(ParserValue::Type valueType, std::string_view text);
   ParserGroup* appendGroup(ParserGroup* group) const;
   void copyDetails(const ParserItem& other);

@@ -106,6 +106,12 @@ inline ParserItem* ParserItem::make(std::string_view itemName, const char* reada
   return item;
 }
 
+/// As `delete`, within the library.
+inline void ParserItem::destroy(ParserItem* item) noexcept {
+  item->~ParserItem();
+  SlabHeap::free(item, sizeof(ParserItem));
+}
+
 /// Returns where the next value is to be made; `count` is increased when it has been.
 inline void* ParserItem::nextPlace() const {
   if (count == capacity) reserve(std::max(2UL * capacity, 4UL));
@@ -124,19 +130,14 @@ inline void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
 
 // --- Groups --------------------------------------------------------------------------------------
 
-/// Enters the item that comes to stand at `position`, the end of `items`.
-inline void ParserGroup::enter(const ParserItem& item, unsigned long position) {
-  const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  if (positions != nullptr || !isPlain || position != plainCount) enterPosition(isPlain, position);
-  if (isPlain) ++plainCount;
-}
-
 /// When memory runs out the group is as before and the item is still the caller's.
 inline void ParserGroup::append(ParserItem* item) {
-  constexpr std::size_t FIRST_ITEMS = 4;
   const std::size_t position = items.size();
-  if (position == items.capacity()) items.reserve(std::max(FIRST_ITEMS, 2 * position));
-  enter(*item, position);
+  if (position == items.capacity()) growItems();
+  const bool isNextPlain =
+      item->type == ParserItem::ITEM_PLAIN && position == plainCount && positions == nullptr;
+  if (!isNextPlain) enter(*item, position);
+  plainCount += isNextPlain ? 1 : 0;
   items.push_back(item);
 }
 

@@ -7,6 +7,7 @@ namespace Quarry {
 
 class ParserGroup;
 class ParserItem;
+class ParserValue;
 
 /// Deletes items with everything below them, without recursion and without allocating: freeing a
 /// document works on a small stack and when memory is exhausted.
@@ -19,11 +20,12 @@ class TreeRemover {
   static void removeItems(detail::ItemList& items);
 
  private:
-  void removeFrom(detail::ItemList& items);
-  void clearItem(ParserItem& item);
+  void removeWaiting();
+  void removeItem(ParserItem* item);
+  void release(ParserValue& value);
 
-  ParserGroup* waiting = nullptr;
-  unsigned long removed = 0;  ///< items
+  ParserGroup* waiting = nullptr;  ///< the innermost first
+  unsigned long removed = 0;       ///< items
 };
 
 }  // namespace Quarry
