@@ -70,10 +70,7 @@ void ParserItem::copyFrom(const ParserItem& other) {
   line = copy.line;
   column = copy.column;
   type = copy.type;
-  freeValues();
-  values = std::exchange(copy.values, copy.ownPlaces());
-  count = std::exchange(copy.count, 0);
-  capacity = std::exchange(copy.capacity, 1);
+  takeList(copy);
 }
 
 void ParserItem::copyDetails(const ParserItem& other) {
@@ -217,14 +214,22 @@ void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const uns
 
 /// Gives the values a list with room for so many.
 void ParserItem::grow(unsigned long places) const {
-  const std::size_t size = SlabHeap::roundUp(places * sizeof(ParserValue));
-  const unsigned long room = size / sizeof(ParserValue);
+  const unsigned long room = SlabHeap::roundUp(places * sizeof(ParserValue)) / sizeof(ParserValue);
   if (room > UINT32_MAX) throw std::bad_alloc();
-  auto* list = static_cast<ParserValue*>(SlabHeap::allocate(size));
+  auto* list = static_cast<ParserValue*>(SlabHeap::allocate(room * sizeof(ParserValue)));
   moveValuesTo(list);
   freePlaces();
   values = list;
   capacity = static_cast<std::uint32_t>(room);
+}
+
+/// Takes the values of another item, which has them in a list apart.
+void ParserItem::takeList(ParserItem& from) noexcept {
+  assert(from.values != from.ownPlaces());
+  freeValues();
+  values = std::exchange(from.values, from.ownPlaces());
+  count = std::exchange(from.count, 0);
+  capacity = std::exchange(from.capacity, 1);
 }
 
 /// Frees the list, without its values, unless it is a part of the item.
@@ -279,7 +284,9 @@ void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueT
     ::new (nextPlace()) ParserValue(ParserValue::readBlock({word.begin(), word.length}));
     ++count;
   } else if (valueType == ParserValue::TYPE_STRING) {
-    appendText(valueType, readQuoted(word));
+    std::string text;
+    readQuoted(word, text);
+    appendText(valueType, text);
   } else {
     const std::string text = word.getString();
     ::new (nextPlace()) ParserValue(valueType, text);
@@ -287,17 +294,17 @@ void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueT
   }
 }
 
-/// Returns the string of a string word without its quotes.
-std::string ParserItem::readQuoted(const ParserWord& word) {
-  std::string text;
-  if (word.length <= 2) return text;
+/// Makes `text` the string of a string word, without its quotes.
+void ParserItem::readQuoted(const ParserWord& word, std::string& text) {
+  text.clear();
+  if (word.length <= 2) return;
   if (word.resolvesEscapes && word.isString()) {
     appendUnescaped(text, {word.begin() + 1, word.length - 1});
     text.pop_back();
-    return text;
+    return;
   }
   text = word.getString();
-  return text.substr(1, text.size() - 2);
+  text = text.substr(1, text.size() - 2);
 }
 
 void ParserItem::removeValue(const std::vector<unsigned long>& indices) {

@@ -293,6 +293,7 @@ class QUARRY_EXPORT ParserItem {
   void reserve(unsigned long places) const;
   void grow(unsigned long places) const;
   void moveValuesTo(ParserValue* places) const noexcept;
+  void takeList(ParserItem& from) noexcept;
   void freePlaces() const noexcept;
   void freeValues() noexcept;
   void appendText(ParserValue::Type valueType, std::string_view text);
@@ -300,7 +301,7 @@ class QUARRY_EXPORT ParserItem {
   void copyDetails(const ParserItem& other);
   Details& makeDetails();
   void noteNewName() const;
-  static std::string readQuoted(const ParserWord& word);
+  static void readQuoted(const ParserWord& word, std::string& text);
 
   std::string name;
   mutable ParserValue* values;       ///< side by side; getGroup() may add the first one

@@ -3,7 +3,6 @@
 #include "internal/ByteClass.h"
 #include "internal/NumberText.h"
 #include "internal/StringText.h"
-#include "internal/WordClassifier.h"
 #include "internal/WordScan.h"
 
 #include <algorithm>
@@ -183,13 +182,6 @@ bool ParserWord::isValue(ParserValue::Type& valueType) const {
     return false;
   }
   return true;
-}
-
-ParserWord::Type WordClassifier::byTests(const ParserWord& word) {
-  ParserValue::Type ignored = ParserValue::TYPE_EMPTY;
-  static_cast<void>(word.isIdentifier() || word.isKeyword() || word.isOperator() ||
-                    word.isSeparator() || word.isValue(ignored));
-  return word.type;
 }
 
 bool ParserWord::isValuetype(const Type& t) {

@@ -2,6 +2,8 @@
 
 #ifndef QUARRY_PLAIN_HEAP
 
+#include "LargeBlocks.h"
+
 #include <mutex>
 
 namespace Quarry {
@@ -173,6 +175,17 @@ constinit std::mutex SlabHeap::ThreadEnd::lateMutex;
 constinit SlabHeap::Holdings SlabHeap::ThreadEnd::late;
 
 constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
+
+// --- Slow ways ---------------------------------------------------------------------------------------
+
+void* SlabHeap::allocateLarge(std::size_t size) {
+  return size >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(size) : ::operator new(size);
+}
+
+void SlabHeap::freeLarge(void* memory, std::size_t size) noexcept {
+  if (size >= LargeBlocks::SMALLEST) return LargeBlocks::get().giveBack(memory, size);
+  ::operator delete(memory);
+}
 
 void* SlabHeap::takeSlowly(std::size_t sizeIndex) {
   return ThreadEnd::withHoldings([sizeIndex](Holdings& holdings) {

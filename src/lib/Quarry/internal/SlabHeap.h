@@ -48,7 +48,7 @@ class SlabHeap {
 
   /// Frees memory of allocate(). Never allocates.
   /// @param memory null is ignored
-  /// @param size as given to allocate(), or any other size on the same side of LARGEST
+  /// @param size as given to allocate(); up to LARGEST, any other size up to LARGEST will do
   static void free(void* memory, std::size_t size) noexcept;
 
   /// Hands in what this thread has freed and not yet handed in.
@@ -104,6 +104,8 @@ class SlabHeap {
   static std::size_t indexOf(std::size_t size) { return (size - 1) / GRANULE; }
   static void* take(Holding& holding, std::size_t sizeIndex);
   static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
+  static void* allocateLarge(std::size_t size);
+  static void freeLarge(void* memory, std::size_t size) noexcept;
   static void* takeSlowly(std::size_t sizeIndex);
   static void putSlowly(Slab* slab, Slot* slot) noexcept;
   static void handIn(Holding& holding) noexcept;
@@ -141,7 +143,7 @@ inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
 }
 
 inline void* SlabHeap::allocate(std::size_t size) {
-  if (size > LARGEST) return ::operator new(size);
+  if (size > LARGEST) return allocateLarge(size);
   const std::size_t sizeIndex = indexOf(size);
   void* slot = mine != nullptr ? take(mine->of[sizeIndex], sizeIndex) : nullptr;
   return slot != nullptr ? slot : takeSlowly(sizeIndex);
@@ -165,7 +167,7 @@ inline void SlabHeap::put(Holding& holding, Slab* slab, Slot* slot) noexcept {
 
 inline void SlabHeap::free(void* memory, std::size_t size) noexcept {
   if (memory == nullptr) return;
-  if (size > LARGEST) return ::operator delete(memory);
+  if (size > LARGEST) return freeLarge(memory, size);
   Slab* slab = Slab::of(memory);
   Slot* slot = static_cast<Slot*>(memory);
   if (mine != nullptr) {

@@ -118,7 +118,8 @@ class TreeBuilder {
     const char* begin = word.begin() + 1;
     const char* end = word.getLength() > QUOTES ? word.end() - 1 : begin;
     if (word.resolvesEscapes && findAnyOf<'\\'>(begin, end) != end) {
-      values.addWord(word, ParserValue::TYPE_STRING);
+      ParserItem::readQuoted(word, unescaped);
+      values.appendText(ParserValue::TYPE_STRING, unescaped);
     } else {
       const auto length = static_cast<unsigned long>(end - begin);
       collectText(ParserValue::TYPE_STRING, {begin, length}, word);
@@ -130,7 +131,12 @@ class TreeBuilder {
     ++values.count;
   }
 
+  /// A long list that is nearly full changes hands as it is.
   void moveValuesTo(ParserItem& made) {
+    constexpr std::uint32_t LONG = 1000;
+    if (values.count >= LONG && values.count > values.capacity / 4 * 3) {
+      return made.takeList(values);
+    }
     made.reserve(values.count);
     values.moveValuesTo(made.values);
     made.count = values.count;
@@ -152,6 +158,7 @@ class TreeBuilder {
   ParserItem::Place place = {0, 0};
   ParserItem::Type type = ParserItem::ITEM_PLAIN;
   bool isCall = false;
+  std::string unescaped;  ///< here so that its memory is used again
   ParserItem values{std::string(), ParserItem::ITEM_PLAIN, 0, 0};
 };
 

@@ -81,7 +81,13 @@ class WordClassifier {
     return isTag ? ParserWord::WORD_EMPTYTAG : ParserWord::WORD_UNKNOWN;
   }
 
-  static ParserWord::Type byTests(const ParserWord& word);
+  /// Not inlined: it is for few words and would burden all.
+  [[gnu::noinline]] static ParserWord::Type byTests(const ParserWord& word) {
+    ParserValue::Type ignored = ParserValue::TYPE_EMPTY;
+    static_cast<void>(word.isIdentifier() || word.isKeyword() || word.isOperator() ||
+                      word.isSeparator() || word.isValue(ignored));
+    return word.type;
+  }
 };
 
 }  // namespace Quarry

@@ -1,0 +1,57 @@
+#include "LargeBlocks.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <new>
+
+namespace Quarry {
+
+LargeBlocks& LargeBlocks::get() {
+  static LargeBlocks& blocks = *new LargeBlocks;
+  return blocks;
+}
+
+/// Sizes are rounded up in steps of an eighth at most, so that blocks of nearly one size can take
+/// one another's place.
+std::size_t LargeBlocks::roundUp(std::size_t size) {
+  std::size_t step = SMALLEST / 8;
+  while (size > 16 * step)
+    step *= 2;
+  if (size > static_cast<std::size_t>(-1) - step) throw std::bad_alloc();
+  return (size + step - 1) / step * step;
+}
+
+void* LargeBlocks::take(std::size_t size) {
+  const std::size_t wanted = roundUp(size);
+  {
+    const std::lock_guard<std::mutex> lock(mutex);
+    const auto fits = [wanted](const Block& block) { return block.size == wanted; };
+    const auto found = std::find_if(kept.rbegin(), kept.rend(), fits);
+    if (found != kept.rend()) {
+      void* begin = found->begin;
+      kept.erase(std::prev(found.base()));
+      keptBytes -= wanted;
+      return begin;
+    }
+  }
+  void* block =
+      ::mmap(nullptr, wanted, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (block == MAP_FAILED) throw std::bad_alloc();
+  return block;
+}
+
+void LargeBlocks::giveBack(void* block, std::size_t size) noexcept {
+  const std::size_t whole = roundUp(size);
+  {
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (kept.size() < MOST_KEPT && keptBytes + whole <= MOST_KEPT_BYTES) {
+      kept.push_back({block, whole});
+      keptBytes += whole;
+      return;
+    }
+  }
+  ::munmap(block, whole);
+}
+
+}  // namespace Quarry
