@@ -1,234 +1,130 @@
-// Measures the library on generated documents, and on those of a folder:
+// Measures the library, and others beside it:
 //
-//     QuarryBenchmarks [--documents=FOLDER] [options of Google Benchmark]
+//     QuarryBenchmarks [--documents=FOLDER [--generated]] [--big] [--memory]
+//                      [options of Google Benchmark]
+//     QuarryBenchmarks --scaling=MB [options of Google Benchmark]
 //
-// Each benchmark is called OPERATION/DOCUMENT and tells the bytes of text that it handles in a
-// second and the time that a value takes ("per_value").
+// Each benchmark is called OPERATION/DOCUMENT/LIBRARY and tells the time that a value takes
+// ("per_value"); Memory tells bytes there.
 
-#include <Quarry/ParserFile.h>
 #include <benchmark/benchmark.h>
 
-#include "Workload.h"
+#include "Documents.h"
+#include "Memory.h"
+#include "Options.h"
+#include "Peer.h"
+#include "TemporaryFolder.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cmath>
+#include <cstdint>
 #include <exception>
-#include <filesystem>
+#include <functional>
 #include <iostream>
-#include <memory>
-#include <set>
-#include <stdexcept>
-#include <string>
+#include <iterator>
+#include <thread>
 #include <vector>
 
 namespace {
 
-using benchmark::Counter;
-using benchmark::State;
-using Quarry::ParserFile;
-using Quarry::ParserGroup;
-using Quarry::ParserItem;
+using QuarryBenchmarks::Operation;
+using QuarryBenchmarks::Options;
+using QuarryBenchmarks::Peer;
+using QuarryBenchmarks::TemporaryFolder;
 using QuarryBenchmarks::Workload;
-
-constexpr std::int64_t SMALLEST_SCALE = 1 << 17;
-constexpr std::int64_t LARGEST_SCALE = 1 << 20;
-
-std::unique_ptr<ParserGroup> parse(const Workload& workload) {
-  auto root = std::make_unique<ParserGroup>("root");
-  root->setText(workload.text, workload.version);
-  return root;
-}
-
-double addNumbers(const ParserGroup& root) {
-  double sum = 0.0;
-  std::vector<const ParserGroup*> waiting = {&root};
-  while (!waiting.empty()) {
-    const ParserGroup& group = *waiting.back();
-    waiting.pop_back();
-    for (unsigned long i = 0; i < group.getItemCount(); ++i) {
-      const ParserItem& item = *group.getItem(i);
-      for (unsigned long k = 0; k < item.getValueCount(); ++k) {
-        if (item.isValueDouble(k)) sum += item.getDouble(k);
-        if (item.isValueGroup(k)) waiting.push_back(item.getGroup(k));
-      }
-    }
-  }
-  return sum;
-}
 
 // --- What is measured ----------------------------------------------------------------------------
 
-/// From text to a tree, and the tree's end.
-void read(State& state, const Workload& workload) {
-  for ([[maybe_unused]] auto _ : state)
-    benchmark::DoNotOptimize(parse(workload));
+std::vector<Workload> makeWorkloads(const Options& options, const std::string& folder) {
+  if (options.scalingMegabytes > 0)
+    return QuarryBenchmarks::makeScalingDocuments(options.scalingMegabytes);
+  std::vector<Workload> workloads;
+  const auto add = [&workloads](std::vector<Workload> more) {
+    std::move(more.begin(), more.end(), std::back_inserter(workloads));
+  };
+  const bool hasDocuments = !options.documents.empty();
+  if (hasDocuments) add(QuarryBenchmarks::openWorkloads(options.documents));
+  if (!hasDocuments || options.generated) add(QuarryBenchmarks::makeDocuments(folder));
+  if (options.big) add({QuarryBenchmarks::makeBigDocument(folder)});
+  add({QuarryBenchmarks::makeLookupDocument(folder)});
+  return workloads;
 }
 
-/// The same, with every number asked for once.
-void readNumbers(State& state, const Workload& workload) {
-  for ([[maybe_unused]] auto _ : state) {
-    const std::unique_ptr<ParserGroup> root = parse(workload);
-    benchmark::DoNotOptimize(addNumbers(*root));
+/// Tells whether a library reads the same numbers as this one.
+bool readsTheSame(const Peer& peer, const Workload& workload, double expected) {
+  std::string reason;
+  try {
+    const double sum = peer.addNumbers(workload);
+    if (std::abs(sum - expected) <= 1e-9 * (std::abs(expected) + 1.0)) return true;
+    reason = "its numbers add up to " + std::to_string(sum) + ", not " + std::to_string(expected);
+  } catch (const std::exception& failure) {
+    reason = failure.what();
+  }
+  std::cerr << peer.name << " is left out of " << workload.name << ": " << reason << '\n';
+  return false;
+}
+
+// --- Registration --------------------------------------------------------------------------------
+
+/// Returns how often a loop is run whose untimed parts may take far longer than the timed ones.
+std::int64_t getRounds(const Workload& workload) {
+  constexpr std::int64_t VALUES = 20000;
+  const auto values = static_cast<std::int64_t>(workload.values);
+  return std::clamp<std::int64_t>(VALUES / std::max<std::int64_t>(values, 1), 2, 200);
+}
+
+void registerOperation(const std::string& name, const Operation& operation,
+                       const Workload& workload) {
+  benchmark::internal::Benchmark* const added =
+      benchmark::RegisterBenchmark(name.c_str(), operation.measure, std::cref(workload));
+  added->Unit(benchmark::kMicrosecond);
+  const auto cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+  switch (operation.timing) {
+    case Operation::OF_LOOP: break;
+    case Operation::OF_PARTS: added->UseManualTime()->Iterations(getRounds(workload)); break;
+    case Operation::OF_THREADS: added->UseRealTime()->ThreadRange(1, cores); break;
   }
 }
 
-void write(State& state, const Workload& workload) {
-  const std::unique_ptr<ParserGroup> root = parse(workload);
-  for ([[maybe_unused]] auto _ : state) {
-    std::string text;
-    root->getText(text, false, true, 1);
-    benchmark::DoNotOptimize(text.data());
-  }
-}
-
-/// Without the blanks of indentation, which deep groups would need more of than of anything else.
-void writeOneLine(State& state, const Workload& workload) {
-  const std::unique_ptr<ParserGroup> root = parse(workload);
-  for ([[maybe_unused]] auto _ : state) {
-    std::string text;
-    root->getText(text, false, false, 1);
-    benchmark::DoNotOptimize(text.data());
-  }
-}
-
-/// A deep copy, and its end.
-void copy(State& state, const Workload& workload) {
-  const std::unique_ptr<ParserGroup> root = parse(workload);
-  for ([[maybe_unused]] auto _ : state) {
-    const ParserGroup copied(*root);
-    benchmark::DoNotOptimize(copied.getItemCount());
-  }
-}
-
-/// From a file, which the system has in memory, to a tree, and the tree's end.
-void readFile(State& state, const Workload& workload) {
-  for ([[maybe_unused]] auto _ : state) {
-    ParserFile file;
-    file.setSearchPaths({std::filesystem::path(workload.path).parent_path()});
-    if (!file.read(workload.path)) state.SkipWithError("cannot be read");
-    benchmark::DoNotOptimize(file.getRoot().getItemCount());
-  }
-}
-
-/// From a file to the text that the parser reads.
-void preprocess(State& state, const Workload& workload) {
-  for ([[maybe_unused]] auto _ : state) {
-    ParserFile file;
-    file.setSearchPaths({std::filesystem::path(workload.path).parent_path(), ""});
-    std::string text;
-    std::set<std::string> included;
-    benchmark::DoNotOptimize(file.preprocessFile(text, workload.path, included));
-  }
-}
-
-/// To the binary form. The values have their numbers from the first round on.
-void encode(State& state, const Workload& workload) {
-  const std::unique_ptr<ParserGroup> root = parse(workload);
-  for ([[maybe_unused]] auto _ : state)
-    benchmark::DoNotOptimize(root->getBinary(false).data());
-}
-
-/// From the binary form to a tree, and the tree's end.
-void decode(State& state, const Workload& workload) {
-  const std::vector<char> data = parse(workload)->getBinary(false);
-  for ([[maybe_unused]] auto _ : state) {
-    ParserGroup root("root");
-    unsigned long position = 0;
-    benchmark::DoNotOptimize(root.setBinary(data, position));
-  }
-}
-
-// --- Running -------------------------------------------------------------------------------------
-
-using Operation = void (*)(State&, const Workload&);
-
-void measure(State& state, const Workload& workload, Operation operation) {
-  operation(state, workload);
-  const auto rounds = static_cast<double>(state.iterations());
-  state.SetBytesProcessed(static_cast<std::int64_t>(workload.text.size()) * state.iterations());
-  state.counters["per_value"] =
-      Counter(static_cast<double>(workload.values) * rounds, Counter::kIsRate | Counter::kInvert);
-}
-
-void registerBenchmarks(const std::vector<Workload>& workloads) {
-  const std::vector<std::pair<std::string, Operation>> operations = {
-      {"Read", read},         {"ReadNumbers", readNumbers}, {"Write", write},   {"Copy", copy},
-      {"ReadFile", readFile}, {"Preprocess", preprocess},   {"Encode", encode}, {"Decode", decode}};
-  for (const auto& [name, operation] : operations) {
-    for (const Workload& workload : workloads) {
-      benchmark::RegisterBenchmark((name + "/" + workload.name).c_str(), measure, workload,
-                                   operation)
-          ->Unit(benchmark::kMillisecond);
+void registerMemory(const Peer& peer, const Workload& workload, const std::string& folder) {
+  const auto measure = [&peer, &workload, path = folder + "/source"](benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state) {
+      const double bytes = measureMemoryInNewProcess(peer, peer.getSource(workload), path);
+      state.counters["per_value"] = bytes / static_cast<double>(workload.values);
     }
-  }
+  };
+  const std::string name = "Memory/" + workload.name + "/" + peer.name;
+  benchmark::RegisterBenchmark(name.c_str(), measure)->Iterations(1)->Repetitions(1);
 }
 
-/// Measures trees of doubled sizes: the time has to double with them.
-void registerScaling() {
-  using Make = std::string (*)(std::int64_t);
-  const std::vector<std::pair<std::string, Make>> shapes = {
-      {"deep", QuarryBenchmarks::makeDeepText}, {"wide", QuarryBenchmarks::makeWideText}};
-  const std::vector<std::pair<std::string, Operation>> operations = {{"Read", read},
-                                                                     {"Copy", copy},
-                                                                     {"WriteOneLine", writeOneLine},
-                                                                     {"Encode", encode},
-                                                                     {"Decode", decode}};
-  for (const auto& [name, operation] : operations) {
-    for (const auto& [shape, make] : shapes) {
-      const auto scale = [make = make, operation = operation](State& state) {
-        const std::string text = make(state.range(0));
-        const auto count = static_cast<unsigned long>(state.range(0));
-        measure(state, Workload{"", "", text, 1.1, count}, operation);
-        state.SetComplexityN(state.range(0));
-      };
-      benchmark::RegisterBenchmark(("Scaling" + name + "/" + shape).c_str(), scale)
-          ->Unit(benchmark::kMillisecond)
-          ->RangeMultiplier(2)
-          ->Range(SMALLEST_SCALE, LARGEST_SCALE)
-          ->Complexity(benchmark::oN);
-    }
+void registerPeer(const Peer& peer, const Workload& workload, const Options& options,
+                  const std::string& folder) {
+  for (const Operation& operation : peer.operations) {
+    const std::string name = operation.name + "/" + workload.name + "/" + peer.name;
+    if (operation.isFor(workload)) registerOperation(name, operation, workload);
   }
+  if (options.memory && workload.names.empty()) registerMemory(peer, workload, folder);
 }
 
-/// A folder for the generated documents, removed in the end.
-class TemporaryFolder {
- public:
-  TemporaryFolder() : path(std::filesystem::temp_directory_path() / "quarry-benchmarks-XXXXXX") {
-    if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("cannot make " + path);
+void registerWorkload(const Workload& workload, const Options& options, const std::string& folder) {
+  const std::vector<Peer>& peers = QuarryBenchmarks::getPeers();
+  const double expected = peers.front().addNumbers(workload);
+  registerPeer(peers.front(), workload, options, folder);
+  if (!workload.isForPeers) return;
+  for (auto peer = peers.begin() + 1; peer != peers.end(); ++peer) {
+    if (readsTheSame(*peer, workload, expected)) registerPeer(*peer, workload, options, folder);
   }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-
-  const std::string& getPath() const { return path; }
-
- private:
-  std::string path;
-};
-
-/// Takes `--documents=FOLDER` out of the arguments; empty when it is not there.
-std::string takeDocuments(int& argc, char** argv) {
-  const std::string option = "--documents=";
-  const auto isOption = [&option](const std::string& word) { return word.rfind(option, 0) == 0; };
-  char** const found = std::find_if(argv + 1, argv + argc, isOption);
-  if (found == argv + argc) return std::string();
-  std::string folder = std::string(*found).substr(option.size());
-  std::copy(found + 1, argv + argc + 1, found);  // with the null behind the last one
-  --argc;
-  return folder;
 }
 
 int run(int argc, char** argv) {
-  const std::string documents = takeDocuments(argc, argv);
+  if (QuarryBenchmarks::runMemoryMeasurement(argc, argv)) return 0;
+  const Options options = QuarryBenchmarks::takeOptions(argc, argv);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   const TemporaryFolder folder;
-  registerBenchmarks(QuarryBenchmarks::makeWorkloads(folder.getPath()));
-  if (!documents.empty()) registerBenchmarks(QuarryBenchmarks::openWorkloads(documents));
-  registerScaling();
+  const std::vector<Workload> workloads = makeWorkloads(options, folder.getPath());
+  for (const Workload& workload : workloads)
+    registerWorkload(workload, options, folder.getPath());
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;
@@ -240,7 +136,7 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& failure) {
-    std::cerr << "QuarryBenchmarks: " << failure.what() << "\n";
+    std::cerr << "QuarryBenchmarks: " << failure.what() << '\n';
     return 2;
   }
 }
