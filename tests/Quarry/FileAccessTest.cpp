@@ -3,12 +3,17 @@
 #include <gmock/gmock.h>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zlib.h>
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/TemporaryFolder.h"
@@ -50,9 +55,9 @@ struct Loaded {
 };
 
 Loaded load(const std::string& name, const std::string& path) {
-  QByteArray text = "what was there before";
+  std::string text = "what was there before";
   const LoadResult result = loadFile(name, path, text);
-  return {result, text.toStdString()};
+  return {result, text};
 }
 
 std::string loadText(const std::string& path) { return load(path, path).text; }
@@ -81,6 +86,32 @@ std::string beginCompressed(const std::string& bytes, unsigned announced) {
   const auto high = static_cast<char>(announced >> 8U);
   return COMPRESSED_HEADER + '\x01' + low + high + static_cast<char>(~low) +
          static_cast<char>(~high) + bytes;
+}
+
+/// Writes a FIFO in pieces, from a thread of its own.
+class FifoWriter {
+ public:
+  FifoWriter(const std::string& path, const std::vector<std::string>& pieces)
+      : thread([path, pieces] {
+          std::ofstream fifo(path, std::ios::binary);
+          for (const std::string& piece : pieces) {
+            fifo << piece << std::flush;
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+          }
+        }) {}
+  FifoWriter(const FifoWriter&) = delete;
+  FifoWriter& operator=(const FifoWriter&) = delete;
+  ~FifoWriter() { thread.join(); }
+
+ private:
+  std::thread thread;
+};
+
+/// Returns the descriptor that the next file to be opened gets.
+int nextDescriptor() {
+  const int descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  close(descriptor);
+  return descriptor;
 }
 
 void expectEraseError(const std::string& bytes) {
@@ -113,6 +144,70 @@ TEST(LoadFileTest, AnEmptyFileGivesAnEmptyText) {
 TEST(LoadFileTest, APlainFileIsReadUpToItsFirstZeroByte) {
   const TemporaryFolder folder;
   EXPECT_EQ(loadText(folder.write("x.cfg", std::string("a 1\n\0b 2\0", 9))), "a 1\n");
+}
+
+TEST(LoadFileTest, APlainFileOfAnyLengthIsReadWhole) {
+  const TemporaryFolder folder;
+  for (const std::size_t size : {1U, 65534U, 65535U, 65536U, 65537U, 131072U, 200000U}) {
+    std::string bytes(size, 'a');
+    bytes.back() = 'z';
+    EXPECT_EQ(loadText(folder.write("x.cfg", bytes)), bytes) << size;
+  }
+}
+
+TEST(LoadFileTest, AZeroByteEndsTheTextWhereverItStands) {
+  const TemporaryFolder folder;
+  for (const std::size_t place : {0U, 1U, 65535U, 65536U, 65537U, 131071U, 131072U, 199999U}) {
+    std::string bytes(200000, 'a');
+    bytes[place] = '\0';
+    EXPECT_EQ(loadText(folder.write("x.cfg", bytes)), std::string(place, 'a')) << place;
+  }
+}
+
+TEST(LoadFileTest, AFileThatTheSystemMakesUpIsReadWhole) {
+  const std::string text = loadText("/proc/self/status");
+  EXPECT_THAT(text, testing::StartsWith("Name:"));
+  EXPECT_THAT(text, testing::HasSubstr("nonvoluntary_ctxt_switches:"));
+}
+
+TEST(LoadFileTest, ASettingOfTheSystemIsReadWhole) {
+  const std::string text = loadText("/proc/sys/kernel/pid_max");
+  EXPECT_GT(std::stoi(text), 9);
+  EXPECT_EQ(text.back(), '\n');
+}
+
+TEST(LoadFileTest, AFifoIsReadToItsEnd) {
+  const TemporaryFolder folder;
+  const std::string path = folder.getPath("x.cfg");
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const FifoWriter writer(path, {"a 1\n", std::string(100000, 'b'), "\nc 3\n"});
+  EXPECT_EQ(loadText(path), "a 1\n" + std::string(100000, 'b') + "\nc 3\n");
+}
+
+TEST(LoadFileTest, AFifoIsNeverTakenForACompressedFile) {
+  const TemporaryFolder folder;
+  const std::string path = folder.getPath("x.cfg");
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const FifoWriter writer(path, {"\x1F\x8B text"});
+  EXPECT_EQ(loadText(path), "\x1F\x8B text");
+}
+
+TEST(LoadFileTest, ADirectoryCannotBeOpened) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(load(folder.getPath(), folder.getPath()).result, LoadResult::NOT_OPENED);
+}
+
+TEST(LoadFileTest, NoFileStaysOpen) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("x.cfg", "a 1");
+  const std::string compressed = folder.writeCompressed("y.cfg", "a 1$\n");
+  const int before = nextDescriptor();
+  load(path, path);
+  load("other name", path);
+  load(compressed, compressed);
+  load(compressed, path);
+  load(folder.getPath(), folder.getPath());
+  EXPECT_EQ(nextDescriptor(), before);
 }
 
 TEST(LoadFileTest, AFileOfOneByteIsNotCompressed) {
@@ -167,6 +262,19 @@ TEST(LoadFileTest, TheCompressedFileUnderTheBareNameIsTakenBeforeTheLocatedOne) 
   const std::string located = folder.write("dir/x.cfg", "located");
   const WorkingDirectory directory(folder.getPath());
   EXPECT_EQ(load("x.cfg", located).text, "compressed\n");
+}
+
+TEST(LoadFileTest, ACompressedFileThatIsFoundUnderItsOwnNameIsExpanded) {
+  const TemporaryFolder folder;
+  const std::string path = folder.writeCompressed("x.cfg", "a 1$\nb 2$\n");
+  EXPECT_EQ(load(path, path).text, "a 1\nb 2\n");
+}
+
+TEST(LoadFileTest, ACompressedFileThatAnotherSpellingOfItsNameFindsIsExpanded) {
+  const TemporaryFolder folder;
+  folder.writeCompressed("dir/x.cfg", "a 1$\n");
+  const WorkingDirectory directory(folder.getPath());
+  EXPECT_EQ(load("dir/x.cfg", "./dir//x.cfg").text, "a 1\n");
 }
 
 TEST(LoadFileTest, APlainFileUnderTheBareNameLeavesTheLocatedOne) {

@@ -186,6 +186,12 @@ TEST_F(PreprocessorTest, AnIncludeWithoutClosingQuoteFailsWithoutAMessage) {
   EXPECT_THAT(sink.warnings, IsEmpty());
 }
 
+TEST_F(PreprocessorTest, AFileWithAnUnclosedIncludeEndsWithVersion0) {
+  process("#SerialVersion 2\na 1 #include \"sub.cfg");
+  EXPECT_THAT(sink.events, ElementsAre("begin main.cfg", "version 0:#SerialVersion 2\n",
+                                       "run 17:a 1 ", "end 0.0"));
+}
+
 TEST_F(PreprocessorTest, TextBeforeAFailedIncludeWasHandedOn) {
   EXPECT_EQ(strip("a 1\n#include \"sub.cfg\nb 2\n"), "a 1\n");
 }
@@ -389,6 +395,14 @@ TEST_F(PreprocessorTest, TheOpeningFoldMarkerIsAComment) {
 
 TEST_F(PreprocessorTest, AnEscapedQuoteDoesNotEndAString) {
   EXPECT_EQ(strip(R"(s "a\"//b" //c)"), R"(s "a\"//b" )");
+}
+
+TEST_F(PreprocessorTest, TheCommentBehindAStringOfManySlashesIsDropped) {
+  EXPECT_EQ(strip("s \"http://a/b//c/d#e//f\" //gone"), "s \"http://a/b//c/d#e//f\" ");
+}
+
+TEST_F(PreprocessorTest, AnEscapedQuoteBehindSlashesInAStringDoesNotEndIt) {
+  EXPECT_EQ(strip(R"(s "a//b\"c//d" //gone)"), R"(s "a//b\"c//d" )");
 }
 
 TEST_F(PreprocessorTest, AQuoteBehindTwoBackslashesEndsAString) {

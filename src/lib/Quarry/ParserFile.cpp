@@ -9,7 +9,9 @@
 #include "internal/Preprocessor.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace Quarry {
 
@@ -22,22 +24,46 @@ constexpr std::string_view BINARY_TAG = "QDBF";
 constexpr std::size_t SHORTEST_BINARY = 9;
 
 /// The preprocessor's sink: collects what stays and gives warnings on the console.
+///
+/// What stays of a file is moved together at the beginning of that file's own text, which then
+/// becomes the result. Only where an include is met, the result is put together by copying.
 class TextCollector {
  public:
   explicit TextCollector(std::string& text) : out(text) {}
 
-  void beginFile(const std::string&, const std::string&, std::string_view text) {
-    out.reserve(out.size() + text.size());
+  void beginFile(const std::string&, const std::string&, std::string& text) {
+    if (!hasIncludes) topText = &text;
   }
-  void run(std::size_t, std::string_view bytes) { out += bytes; }
+  void run(std::size_t offset, std::string_view bytes) {
+    if (hasIncludes) {
+      out += bytes;
+    } else {
+      if (offset != kept) std::memmove(topText->data() + kept, bytes.data(), bytes.size());
+      kept += bytes.size();
+    }
+  }
   void comment(std::size_t, std::string_view) {}
   void versionLine(std::size_t, std::string_view) {}
-  void include(std::size_t, std::string_view, const std::string&) {}
-  void endFile(double) {}
+  void include(std::size_t, std::string_view, const std::string&) {
+    if (!hasIncludes) out.append(*topText, 0, kept);
+    hasIncludes = true;
+  }
+  void endFile(double) {
+    if (hasIncludes) return;
+    topText->resize(kept);
+    if (out.empty()) {
+      out = std::move(*topText);
+    } else {
+      out += *topText;
+    }
+  }
   void warning(const std::string& message) { Plinth::console.warning(message, std::string()); }
 
  private:
   std::string& out;
+  std::string* topText = nullptr;  ///< the text of the file that all begins with
+  std::size_t kept = 0;            ///< the bytes at its beginning that stay
+  bool hasIncludes = false;        ///< all of `topText` that stays, so far, is in `out`
 };
 
 /// Makes the document declare the version that is written: by its keyword, or by a version line.
@@ -131,7 +157,9 @@ double ParserFile::preprocessFile(std::string& out, const std::string& file,
 
 std::vector<char> ParserFile::getBinary() const {
   std::vector<char> data(BINARY_TAG.begin(), BINARY_TAG.end());
-  BinaryWriter(data).writeGroup(*root);
+  BinaryWriter writer(data);
+  writer.writeGroup(*root);
+  writer.finish();
   return data;
 }
 

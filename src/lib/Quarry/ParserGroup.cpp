@@ -305,7 +305,9 @@ bool ParserGroup::setText(ParserWordStream& stream) {
 std::vector<char> ParserGroup::getBinary(const bool& withName) const {
   std::vector<char> buffer;
   if (withName) ParserValue::stringToBin(buffer, getName());
-  BinaryWriter(buffer).writeGroup(*this);
+  BinaryWriter writer(buffer);
+  writer.writeGroup(*this);
+  writer.finish();
   return buffer;
 }
 

@@ -350,7 +350,9 @@ void ParserItem::getValueText(std::string& out, const bool& multiline,
 
 std::vector<char> ParserItem::getBinary() const {
   std::vector<char> buffer;
-  BinaryWriter(buffer).writeItem(*this);
+  BinaryWriter writer(buffer);
+  writer.writeItem(*this);
+  writer.finish();
   return buffer;
 }
 

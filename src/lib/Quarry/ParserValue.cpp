@@ -172,6 +172,10 @@ bool ParserValue::isHeldString() const {
   return false;
 }
 
+std::string_view ParserValue::getAsBytes() const {
+  return isHeldString() ? getBytes() : std::string_view();
+}
+
 /// The bytes of a string lie like a text until they are asked for. Then they move into an object of
 /// the standard library, and stay there.
 const std::string& ParserValue::getAsString() const {
@@ -387,78 +391,51 @@ void ParserValue::wordToBinaryData(void*& data, unsigned long& size, const Parse
 void ParserValue::getBinary(std::vector<char>& buffer, unsigned long& count,
                             const bool& withTag) const {
   const unsigned long before = buffer.size();
-  if (withTag) appendTag(buffer);
-  appendPayload(buffer);
+  BinaryWriter writer(buffer);
+  if (withTag) writer.writeTag(*this);
+  writer.writePayload(*this);
+  writer.finish();
   count += buffer.size() - before;
 }
 
-void ParserValue::appendTag(std::vector<char>& buffer) const { charToBin(buffer, lowByte(type)); }
-
-void ParserValue::appendPayload(std::vector<char>& buffer) const {
-  switch (type) {
-    case TYPE_GROUP: appendGroup(buffer); break;
-    case TYPE_BOOL: boolToBin(buffer, getAsBool()); break;
-    case TYPE_CHAR: charToBin(buffer, getAsChar()); break;
-    case TYPE_INT: intToBin(buffer, getAsInt()); break;
-    case TYPE_DOUBLE: doubleToBin(buffer, getAsDouble()); break;
-    case TYPE_STRING: appendString(buffer, isHeldString() ? getBytes() : std::string_view()); break;
-    case TYPE_BINARYDATA: {
-      unsigned long size = 0;
-      void* bytes = getAsBinaryData(size);
-      binaryDataToBin(buffer, bytes, size);
-      break;
-    }
-    case TYPE_EMPTY: break;
-  }
-}
-
-/// A group that was cleared is written as one without items.
-void ParserValue::appendGroup(std::vector<char>& buffer) const {
-  if (const ParserGroup* group = getGroup()) {
-    groupToBin(buffer, *group);
-  } else {
-    sizeToBin(buffer, 0);
-  }
-}
-
 unsigned long ParserValue::boolToBin(std::vector<char>& buffer, const bool& value) {
-  return appendNumber(buffer, value ? 1 : 0, BOOL_BYTES);
+  return appendNumber<BOOL_BYTES>(buffer, value ? 1 : 0);
 }
 
 bool ParserValue::binToBool(const std::vector<char>& buffer, unsigned long& pos) {
-  return BinaryReader(buffer, pos).readNumber(BOOL_BYTES) != 0;
+  return BinaryReader(buffer, pos).readNumber<BOOL_BYTES>() != 0;
 }
 
 unsigned long ParserValue::charToBin(std::vector<char>& buffer, const char& value) {
-  return appendNumber(buffer, static_cast<unsigned char>(value), CHAR_BYTES);
+  return appendNumber<CHAR_BYTES>(buffer, static_cast<unsigned char>(value));
 }
 
 char ParserValue::binToChar(const std::vector<char>& buffer, unsigned long& pos) {
-  return static_cast<char>(BinaryReader(buffer, pos).readNumber(CHAR_BYTES));
+  return static_cast<char>(BinaryReader(buffer, pos).readNumber<CHAR_BYTES>());
 }
 
 unsigned long ParserValue::intToBin(std::vector<char>& buffer, const int& value) {
-  return appendNumber(buffer, static_cast<unsigned>(value), INT_BYTES);
+  return appendNumber<INT_BYTES>(buffer, static_cast<unsigned>(value));
 }
 
 int ParserValue::binToInt(const std::vector<char>& buffer, unsigned long& pos) {
-  return static_cast<int>(BinaryReader(buffer, pos).readNumber(INT_BYTES));
+  return static_cast<int>(BinaryReader(buffer, pos).readNumber<INT_BYTES>());
 }
 
 unsigned long ParserValue::doubleToBin(std::vector<char>& buffer, const double& value) {
-  return appendNumber(buffer, toBits(value), DOUBLE_BYTES);
+  return appendNumber<DOUBLE_BYTES>(buffer, toBits(value));
 }
 
 double ParserValue::binToDouble(const std::vector<char>& buffer, unsigned long& pos) {
-  return toDouble(BinaryReader(buffer, pos).readNumber(DOUBLE_BYTES));
+  return toDouble(BinaryReader(buffer, pos).readNumber<DOUBLE_BYTES>());
 }
 
 unsigned long ParserValue::sizeToBin(std::vector<char>& buffer, const unsigned long& value) {
-  return appendNumber(buffer, value, SIZE_BYTES);
+  return appendNumber<SIZE_BYTES>(buffer, value);
 }
 
 unsigned long ParserValue::binTosize(const std::vector<char>& buffer, unsigned long& pos) {
-  return BinaryReader(buffer, pos).readNumber(SIZE_BYTES);
+  return BinaryReader(buffer, pos).readNumber<SIZE_BYTES>();
 }
 
 unsigned long ParserValue::stringToBin(std::vector<char>& buffer, const std::string& value) {
@@ -484,7 +461,9 @@ void* ParserValue::binToBinaryData(const std::vector<char>& buffer, unsigned lon
 
 unsigned long ParserValue::groupToBin(std::vector<char>& buffer, const ParserGroup& group) {
   const unsigned long before = buffer.size();
-  BinaryWriter(buffer).writeGroup(group);
+  BinaryWriter writer(buffer);
+  writer.writeGroup(group);
+  writer.finish();
   return buffer.size() - before;
 }
 

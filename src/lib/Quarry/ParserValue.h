@@ -327,6 +327,8 @@ class QUARRY_EXPORT ParserValue {
 
   bool isNumeric(const char* operation) const;
   bool isHeldString() const;
+  /// As getAsString(), without making a string.
+  std::string_view getAsBytes() const;
   double getNumber() const;
   Data convert() const;
   void warnOfMismatch(const char* operation) const;
@@ -337,9 +339,6 @@ class QUARRY_EXPORT ParserValue {
   void freeLongText() const noexcept;
   void makeText() const;
   void appendText(std::string& out) const;
-  void appendTag(std::vector<char>& buffer) const;
-  void appendPayload(std::vector<char>& buffer) const;
-  void appendGroup(std::vector<char>& buffer) const;
 
   Type type;
   mutable bool dataValid;           ///< there is data (a string's may still lie as text)

@@ -1,6 +1,7 @@
 /// Numbers as little-endian bytes, on any machine.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -16,28 +17,38 @@ constexpr unsigned long INT_BYTES = 4;
 constexpr unsigned long DOUBLE_BYTES = 8;
 constexpr unsigned long SIZE_BYTES = 8;
 
-/// Writes the low `count` bytes of `number` to `bytes`, the least significant first.
-inline void storeNumber(char* bytes, std::uint64_t number, unsigned long count) {
-  for (unsigned long i = 0; i < count; ++i)
-    bytes[i] = static_cast<char>(number >> (8 * i) & 0xFF);
+/// Writes the low COUNT bytes of `number` to `bytes`, the least significant first.
+template <unsigned long COUNT>
+void storeNumber(char* bytes, std::uint64_t number) {
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(bytes, &number, COUNT);
+  } else {
+    for (unsigned long i = 0; i < COUNT; ++i)
+      bytes[i] = static_cast<char>(number >> (8 * i) & 0xFF);
+  }
 }
 
-/// Reads `count` bytes, the least significant first.
-inline std::uint64_t loadNumber(const char* bytes, unsigned long count) {
+/// Reads COUNT bytes, the least significant first.
+template <unsigned long COUNT>
+std::uint64_t loadNumber(const char* bytes) {
   std::uint64_t number = 0;
-  for (unsigned long i = 0; i < count; ++i) {
-    number |= static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(&number, bytes, COUNT);
+  } else {
+    for (unsigned long i = 0; i < COUNT; ++i) {
+      number |= static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
+    }
   }
   return number;
 }
 
-/// Appends the low `count` bytes, at most 8, of `number` and returns `count`.
-inline unsigned long appendNumber(std::vector<char>& buffer, std::uint64_t number,
-                                  unsigned long count) {
-  char bytes[sizeof number];
-  storeNumber(bytes, number, count);
-  buffer.insert(buffer.end(), bytes, bytes + count);
-  return count;
+/// Appends the low COUNT bytes of `number` and returns COUNT.
+template <unsigned long COUNT>
+unsigned long appendNumber(std::vector<char>& buffer, std::uint64_t number) {
+  char bytes[COUNT];
+  storeNumber<COUNT>(bytes, number);
+  buffer.insert(buffer.end(), bytes, bytes + COUNT);
+  return COUNT;
 }
 
 /// Appends the bytes and a zero byte, and returns the length of both.

@@ -1,6 +1,8 @@
 /// Reads trees of any depth from the binary form.
 #pragma once
 
+#include "BinaryNumber.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -24,8 +26,11 @@ class ParserValue;
 class BinaryReader {
  public:
   /// @param source must outlive the reader
-  /// @param position where to begin, in bytes; the caller's, moved along with every read
+  /// @param position where to begin, in bytes; the caller's, set when the reader is destroyed
   BinaryReader(const std::vector<char>& source, unsigned long& position);
+  BinaryReader(const BinaryReader&) = delete;
+  BinaryReader& operator=(const BinaryReader&) = delete;
+  ~BinaryReader() { callersPosition = pos; }
 
   // --- Trees -------------------------------------------------------------------------------------
 
@@ -41,11 +46,16 @@ class BinaryReader {
 
   // --- Numbers and bytes -------------------------------------------------------------------------
 
-  /// Tells whether `count` bytes are left.
-  bool has(unsigned long count) const;
-
-  /// Reads a number of `count` bytes. Where fewer are left, moves to the end and returns 0.
-  std::uint64_t readNumber(unsigned long count);
+  /// Reads a number of COUNT bytes. Where fewer are left, moves to the end and returns 0.
+  template <unsigned long COUNT>
+  std::uint64_t readNumber() {
+    if (!has(COUNT)) {
+      pos = size;
+      return 0;
+    }
+    pos += COUNT;
+    return loadNumber<COUNT>(bytes + pos - COUNT);
+  }
 
   /// Reads bytes up to a zero byte, and that. Without one, moves to the end, warns, and returns
   /// none. They lie in the source.
@@ -53,16 +63,15 @@ class BinaryReader {
 
   /// Reads a size and as many bytes. Where fewer are left, moves to the end, warns, and returns
   /// null with size 0.
-  std::unique_ptr<char[]> readBlock(unsigned long& size);
+  std::unique_ptr<char[]> readBlock(unsigned long& count);
 
  private:
-  /// A group that is being read, and its current item.
+  /// A group that is being read, and its current item, which it holds already.
   struct Level {
-    ParserGroup* group = nullptr;         ///< null when only an item is read
-    unsigned long groupEnd = 0;           ///< where the group's frame ends
-    ParserItem* item = nullptr;           ///< null between two items
-    unsigned long itemEnd = 0;            ///< where the item's frame ends
-    std::unique_ptr<ParserItem> ownItem;  ///< the item, until its group takes it
+    ParserGroup* group = nullptr;  ///< null when only an item is read
+    unsigned long groupEnd = 0;    ///< where the group's frame ends
+    ParserItem* item = nullptr;    ///< null between two items
+    unsigned long itemEnd = 0;     ///< where the item's frame ends
   };
 
   /// How a step ended for the innermost level.
@@ -72,17 +81,22 @@ class BinaryReader {
   Step step();
   bool openGroup(ParserGroup& group);
   Step openNextItem();
-  bool openItem(std::string_view name);
-  unsigned long guessValues() const;
+  bool openFrame(std::string_view name, unsigned long& frameEnd);
+  unsigned long guessValues(unsigned long frameEnd) const;
   Step readValues();
   template <class Make>
   bool readPayload(unsigned char tag, Make make);
-  template <class Make, class Convert>
-  bool makeNumber(unsigned long count, Make make, Convert convert);
-  void closeItem();
+  template <unsigned long COUNT, class Make, class Convert>
+  bool makeNumber(Make make, Convert convert);
+  void dropItem();
 
-  const std::vector<char>& data;
-  unsigned long& pos;
+  /// Tells whether `count` bytes are left.
+  bool has(unsigned long count) const { return count <= size - pos; }
+
+  const char* const bytes;
+  const unsigned long size;
+  unsigned long pos;  ///< at most `size`
+  unsigned long& callersPosition;
   std::vector<Level> levels;
 };
 

@@ -1,6 +1,9 @@
 /// Writes trees in the binary form.
 #pragma once
 
+#include "BinaryBuffer.h"
+
+#include <string_view>
 #include <vector>
 
 namespace Quarry {
@@ -21,6 +24,11 @@ class BinaryWriter {
 
   void writeGroup(const ParserGroup& group);
   void writeItem(const ParserItem& item);
+  void writeTag(const ParserValue& value);
+  void writePayload(const ParserValue& value);
+
+  /// Completes the buffer; has to be called in the end.
+  void finish() { out.flush(); }
 
   // --- What the walk tells -----------------------------------------------------------------------
 
@@ -38,8 +46,11 @@ class BinaryWriter {
  private:
   unsigned long openSize();
   void closeSize(unsigned long begin);
+  void writeString(std::string_view text);
+  void writeBlock(const ParserValue& value);
+  void writeGroupValue(const ParserValue& value);
 
-  std::vector<char>& out;
+  BinaryBuffer out;
 };
 
 }  // namespace Quarry

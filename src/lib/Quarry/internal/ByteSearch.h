@@ -53,25 +53,42 @@ const char* findAnyOf(const char* begin, const char* end) {
   return begin;
 }
 
-/// Tells whether the byte `Wanted` stands in [begin, end) an odd number of times. Nothing outside
-/// [begin, end) is read.
-template <char Wanted>
-bool isCountOdd(const char* begin, const char* end) {
+/// What countQuotes() finds.
+struct QuoteCount {
+  bool isOdd;               ///< whether the number of quotes is odd
+  bool hasBehindBackslash;  ///< whether one of them stands right behind a backslash
+};
+
+/// Counts the double quotes in [begin, end). Nothing outside [begin, end) is read.
+inline QuoteCount countQuotes(const char* begin, const char* end) {
 #ifdef __SSE2__
   if (end - begin >= detail::BLOCK_SIZE) {
     const char* last = end - detail::BLOCK_SIZE;
-    unsigned oddPlaces = 0;  // the places of a block at which it stood an odd number of times
-    for (; begin < last; begin += detail::BLOCK_SIZE)
-      oddPlaces ^= detail::findInBlock<Wanted>(begin);
+    unsigned oddPlaces = 0;        // the places of a block at which an odd number of quotes stood
+    unsigned behindBackslash = 0;  // the places at which one stood behind a backslash
+    unsigned carried = 0;          // whether a backslash stands right before the block
+    for (; begin < last; begin += detail::BLOCK_SIZE) {
+      const unsigned quotes = detail::findInBlock<'"'>(begin);
+      const unsigned backslashes = detail::findInBlock<'\\'>(begin);
+      oddPlaces ^= quotes;
+      behindBackslash |= quotes & (backslashes << 1 | carried);
+      carried = backslashes >> (detail::BLOCK_SIZE - 1);
+    }
     const std::ptrdiff_t shared = begin - last;  // with the block before
-    oddPlaces ^= detail::findInBlock<Wanted>(last) >> shared;
-    return std::popcount(oddPlaces) % 2 == 1;
+    const unsigned quotes = detail::findInBlock<'"'>(last);
+    const unsigned backslashes = detail::findInBlock<'\\'>(last);
+    oddPlaces ^= quotes >> shared;
+    behindBackslash |= (quotes & (backslashes << 1 | carried)) >> shared;
+    return {std::popcount(oddPlaces) % 2 == 1, behindBackslash != 0};
   }
 #endif
-  bool isOdd = false;
-  for (; begin != end; ++begin)
-    isOdd ^= *begin == Wanted;
-  return isOdd;
+  QuoteCount count = {false, false};
+  for (char previous = '\0'; begin != end; previous = *begin++) {
+    if (*begin != '"') continue;
+    count.isOdd = !count.isOdd;
+    if (previous == '\\') count.hasBehindBackslash = true;
+  }
+  return count;
 }
 
 }  // namespace Quarry

@@ -3,7 +3,6 @@
 /// File names are bytes and are handed to the system as they are: names need not be UTF-8.
 #pragma once
 
-#include <QByteArray>
 #include <QFile>
 
 #include <string>
@@ -33,7 +32,7 @@ std::string locateFile(const std::vector<std::string>& searchPaths, const std::s
 /// @param name the file's name as it was asked for
 /// @param path where locateFile() found it
 /// @throws std::out_of_range ("basic_string::erase") for a compressed line of less than two bytes
-LoadResult loadFile(const std::string& name, const std::string& path, QByteArray& text);
+LoadResult loadFile(const std::string& name, const std::string& path, std::string& text);
 
 /// Opens a file that is read or written as a whole, unbuffered; writing creates or empties it.
 /// @return whether it could be opened

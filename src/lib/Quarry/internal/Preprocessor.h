@@ -3,11 +3,11 @@
 
 #include <Plinth/Label.h>
 
+#include "ByteSearch.h"
 #include "FileAccess.h"
 #include "Messages.h"
 
-#include <QByteArray>
-
+#include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,13 +36,16 @@ namespace Quarry {
 ///
 /// `Sink` is told, with offsets into the innermost file's text:
 ///
-///     beginFile(name, path, text)     a file begins; `text` (string_view) is good until endFile
+///     beginFile(name, path, text)     a file begins; `text` (std::string&) stays until endFile
 ///     run(offset, bytes)              these bytes stay
 ///     comment(offset, bytes)          dropped
 ///     versionLine(offset, bytes)      dropped, with its line feed
 ///     include(offset, bytes, name)    replaced by what follows until the matching endFile
-///     endFile(version)                the innermost file ends
+///     endFile(version)                the innermost file ends; 0.0 for an unclosed include
 ///     warning(message)
+///
+/// What has been told of a text is not looked at again: the sink may overwrite it, and may take the
+/// whole string at endFile. So a document need not be copied.
 template <class Sink>
 class Preprocessor {
  public:
@@ -53,44 +56,41 @@ class Preprocessor {
   /// @return the version that the file declares, 1.0 when it declares none; 0.0 when it or a file
   ///         that it includes cannot be read, declares version 0 or has an unclosed include
   double process(const std::string& name) {
-    constexpr double FAILURE = 0.0;
     if (!open(name)) return FAILURE;
     for (;;) {
-      const Stop stop = scan();
-      if (stop == Stop::UNCLOSED_INCLUDE) return FAILURE;
-      if (stop == Stop::INCLUDE) {
+      if (scan() == Stop::INCLUDE) {
         if (!open(includedName)) return FAILURE;
         continue;
       }
       const double version = files.back().version;
-      files.pop_back();
       sink.endFile(version);
+      files.pop_back();
       if (version == FAILURE || files.empty()) return version;
     }
   }
 
  private:
+  static constexpr double FAILURE = 0.0;
   static constexpr double UNDECLARED_VERSION = 1.0;
   static constexpr std::string_view INCLUDE_MARKER = "#include \"";
   static constexpr std::string_view VERSION_MARKER = "#SerialVersion ";
   static constexpr std::string_view COMMENT_MARKER = "//";
+  static constexpr std::string_view QUOTE_BEHIND_BACKSLASH = "\\\"";
   static constexpr std::size_t NONE = std::string_view::npos;
 
   /// A file that is being scanned.
   struct File {
-    QByteArray bytes;
-    std::size_t position = 0;
+    std::string text;
     double version = UNDECLARED_VERSION;
+    std::size_t position = 0;
+    std::size_t runBegin = 0;  ///< what stays from here to `position` is still to be handed on
+    std::size_t backslashesBeforeRun = 0;  ///< passed since the last other byte
+    std::size_t quotesPassed = 0;          ///< the place, up to `position`, that `inString` is of
     bool inString = false;
-    unsigned long backslashes = 0;
-
-    std::string_view text() const {
-      return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
-    }
   };
 
   /// Why a scan came to an end.
-  enum class Stop { END_OF_FILE, INCLUDE, UNCLOSED_INCLUDE };
+  enum class Stop { END_OF_FILE, INCLUDE };
 
   bool open(const std::string& name) {
     const std::string path = locateFile(searchPaths, name);
@@ -99,57 +99,53 @@ class Preprocessor {
       return false;
     }
     File file;
-    const LoadResult result = loadFile(name, path, file.bytes);
+    const LoadResult result = loadFile(name, path, file.text);
     if (result != LoadResult::LOADED) sink.warning(Messages::fileNotOpened(name));
     if (result == LoadResult::NOT_OPENED) return false;
     files.push_back(std::move(file));
-    sink.beginFile(name, path, files.back().text());
+    sink.beginFile(name, path, files.back().text);
     return true;
   }
 
   /// Goes on with the innermost file, to its end or to the next include.
   Stop scan() {
     File& file = files.back();
-    const std::string_view text = file.text();
-    std::size_t runBegin = file.position;
-    while (file.position < text.size()) {
-      skipOrdinaryBytes(file);
-      if (file.position == text.size()) break;
-      if (isAt(file, INCLUDE_MARKER)) {
-        handOn(file, runBegin);
-        return takeInclude(file);
-      }
+    while (goToAnyOf<'#', '/'>(file)) {
+      if (isAt(file, INCLUDE_MARKER)) return takeInclude(file);
       if (isAt(file, VERSION_MARKER)) {
-        handOn(file, runBegin);
         takeVersionLine(file);
-        runBegin = file.position;
-      } else if (!file.inString && isAt(file, COMMENT_MARKER)) {
-        handOn(file, runBegin);
-        takeComment(file);
-        runBegin = file.position;
+      } else if (!isAt(file, COMMENT_MARKER)) {
+        ++file.position;
+      } else if (isInString(file)) {
+        skipString(file);
       } else {
-        passSpecialByte(file);
+        takeComment(file);
       }
     }
-    handOn(file, runBegin);
+    handOn(file);
     return Stop::END_OF_FILE;
   }
 
   /// Rule 1.
   Stop takeInclude(File& file) {
-    const std::string_view text = file.text();
+    endRun(file);
+    const std::string_view text = file.text;
     const std::size_t begin = file.position;
     const std::size_t nameBegin = begin + INCLUDE_MARKER.size();
     const std::size_t nameEnd = text.find('"', nameBegin);
-    if (nameEnd == NONE) return Stop::UNCLOSED_INCLUDE;
+    if (nameEnd == NONE) {
+      file.version = FAILURE;
+      return Stop::END_OF_FILE;
+    }
     includedName = text.substr(nameBegin, nameEnd - nameBegin);
-    file.position = nameEnd + 1;
+    beginRun(file, nameEnd + 1);
     sink.include(begin, text.substr(begin, file.position - begin), includedName);
     return Stop::INCLUDE;
   }
 
   /// Rule 2.
   void takeVersionLine(File& file) {
+    endRun(file);
     const std::size_t begin = file.position;
     const std::string_view line = takeLine(file);
     file.version = Plinth::getDouble(std::string(line.substr(VERSION_MARKER.size())));
@@ -158,57 +154,93 @@ class Preprocessor {
 
   /// Rule 3.
   void takeComment(File& file) {
+    endRun(file);
     const std::size_t begin = file.position;
     sink.comment(begin, takeLine(file));
   }
 
-  /// Rule 4, for a byte that may begin a directive or a comment, a quote, or a backslash.
-  void passSpecialByte(File& file) {
-    const std::string_view text = file.text();
-    const char byte = text[file.position];
-    if (byte == '"') {
-      const bool behindBackslash = file.position > 0 && text[file.position - 1] == '\\';
-      const bool escaped = behindBackslash && file.backslashes % 2 == 1;
-      if (!escaped) file.inString = !file.inString;
+  /// Rule 4. Only a comment asks whether it stands in a string, and most documents have none: so
+  /// the quotes before it are counted when it is met, all at once; escaped ones are taken back.
+  static bool isInString(File& file) {
+    const char* text = file.text.data();
+    const QuoteCount quotes = countQuotes(text + file.quotesPassed, text + file.position);
+    bool isOdd = quotes.isOdd;
+    if (quotes.hasBehindBackslash && isEscapedCountOdd(file)) isOdd = !isOdd;
+    if (isOdd) file.inString = !file.inString;
+    file.quotesPassed = file.position;
+    return file.inString;
+  }
+
+  /// Tells whether an odd number of the quotes not yet passed is escaped.
+  static bool isEscapedCountOdd(const File& file) {
+    const std::string_view text = std::string_view(file.text).substr(0, file.position);
+    bool isOdd = false;
+    std::size_t found = text.find(QUOTE_BEHIND_BACKSLASH, file.quotesPassed);
+    while (found != NONE) {
+      if (countBackslashes(file, found + 1) % 2 == 1) isOdd = !isOdd;
+      found = text.find(QUOTE_BEHIND_BACKSLASH, found + QUOTE_BEHIND_BACKSLASH.size());
     }
-    file.backslashes = byte == '\\' ? file.backslashes + 1 : 0;
-    ++file.position;
+    return isOdd;
   }
 
-  /// Rule 4, for all others.
-  static void skipOrdinaryBytes(File& file) {
-    const std::string_view text = file.text();
-    const std::size_t begin = file.position;
-    while (file.position < text.size() && !isSpecial(text[file.position]))
-      ++file.position;
-    if (file.position > begin) file.backslashes = 0;
+  /// Goes on within a string up to the next quote, before which there is no comment.
+  static void skipString(File& file) { goToAnyOf<'"', '#'>(file); }
+
+  /// Returns the number of backslashes passed since the last other byte.
+  static std::size_t countBackslashes(const File& file, std::size_t end) {
+    std::size_t begin = end;
+    while (begin > file.runBegin && file.text[begin - 1] == '\\')
+      --begin;
+    return begin == file.runBegin ? file.backslashesBeforeRun + (end - begin) : end - begin;
   }
 
-  static bool isSpecial(char byte) {
-    return byte == '#' || byte == '/' || byte == '"' || byte == '\\';
+  /// Goes to the next of some bytes, or to the end of the text when there is none.
+  /// @return whether there is one
+  template <char... Wanted>
+  static bool goToAnyOf(File& file) {
+    const char* text = file.text.data();
+    const char* end = text + file.text.size();
+    const char* found = findAnyOf<Wanted...>(text + file.position, end);
+    file.position = static_cast<std::size_t>(found - text);
+    return found != end;
   }
 
   static bool isAt(const File& file, std::string_view marker) {
-    return file.text().compare(file.position, marker.size(), marker) == 0;
+    return std::string_view(file.text).substr(file.position).starts_with(marker);
   }
 
   /// Returns the rest of the line with its line feed, and goes on behind it.
   static std::string_view takeLine(File& file) {
-    const std::string_view text = file.text();
+    const std::string_view text = file.text;
     const std::size_t begin = file.position;
     const std::size_t lineFeed = text.find('\n', begin);
-    file.position = lineFeed == NONE ? text.size() : lineFeed + 1;
+    beginRun(file, lineFeed == NONE ? text.size() : lineFeed + 1);
     return text.substr(begin, file.position - begin);
   }
 
-  void handOn(const File& file, std::size_t runBegin) {
-    if (file.position == runBegin) return;
-    sink.run(runBegin, file.text().substr(runBegin, file.position - runBegin));
+  /// Goes on behind a directive or a comment.
+  static void beginRun(File& file, std::size_t position) {
+    file.position = position;
+    file.runBegin = position;
+    file.quotesPassed = position;
+  }
+
+  /// Ends the run before a directive or a comment, which leave strings and backslashes as they are.
+  void endRun(File& file) {
+    isInString(file);
+    file.backslashesBeforeRun = countBackslashes(file, file.position);
+    handOn(file);
+  }
+
+  void handOn(const File& file) {
+    if (file.position == file.runBegin) return;
+    const std::size_t size = file.position - file.runBegin;
+    sink.run(file.runBegin, std::string_view(file.text).substr(file.runBegin, size));
   }
 
   const std::vector<std::string>& searchPaths;
   Sink& sink;
-  std::vector<File> files;   ///< the top file first, each included by the one before it
+  std::deque<File> files;    ///< the top file first, each included by the one before it
   std::string includedName;  ///< by the directive at which a scan stopped
 };
 

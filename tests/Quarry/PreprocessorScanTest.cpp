@@ -1,0 +1,229 @@
+#include <Plinth/Label.h>
+#include <Quarry/ParserFile.h>
+#include <Quarry/internal/Preprocessor.h>
+#include <gmock/gmock.h>
+
+#include <map>
+#include <random>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/RecordingConsole.h"
+#include "support/TemporaryFolder.h"
+
+// The preprocessor looks at many bytes at once and at quotes only when it has to. These tests hold
+// it against the rules as they are written, one byte after the other, and move what it looks for
+// over every place of its blocks.
+
+namespace {
+
+using Files = std::map<std::string, std::string>;
+
+/// The four rules, for each byte. Files that include each other are as deep as its recursion.
+class PlainPreprocessor {
+ public:
+  explicit PlainPreprocessor(const Files& allFiles) : files(allFiles) {}
+
+  double process(const std::string& name, std::string& out) const {
+    const auto found = files.find(name);
+    if (found == files.end()) return 0.0;
+    const std::string& text = found->second;
+    double version = 1.0;
+    bool inString = false;
+    unsigned long backslashes = 0;
+    std::size_t i = 0;
+    while (i < text.size()) {
+      if (text.compare(i, 10, "#include \"") == 0) {
+        const std::size_t end = text.find('"', i + 10);
+        if (end == std::string::npos) return 0.0;
+        if (process(text.substr(i + 10, end - i - 10), out) == 0.0) return 0.0;
+        i = end + 1;
+      } else if (text.compare(i, 15, "#SerialVersion ") == 0) {
+        const std::size_t end = endOfLine(text, i);
+        version = Plinth::getDouble(text.substr(i + 15, end - i - 15));
+        i = end;
+      } else if (!inString && text.compare(i, 2, "//") == 0) {
+        i = endOfLine(text, i);
+      } else {
+        const bool behindBackslash = i > 0 && text[i - 1] == '\\';
+        const bool escaped = behindBackslash && backslashes % 2 == 1;
+        if (text[i] == '"' && !escaped) inString = !inString;
+        backslashes = text[i] == '\\' ? backslashes + 1 : 0;
+        out += text[i];
+        ++i;
+      }
+    }
+    return version;
+  }
+
+ private:
+  static std::size_t endOfLine(const std::string& text, std::size_t i) {
+    const std::size_t lineFeed = text.find('\n', i);
+    return lineFeed == std::string::npos ? text.size() : lineFeed + 1;
+  }
+
+  const Files& files;
+};
+
+/// Overwrites each run as soon as it was told, as a sink may.
+class OverwritingSink {
+ public:
+  void beginFile(const std::string&, const std::string&, std::string& text) {
+    texts.push_back(&text);
+  }
+  void run(std::size_t offset, std::string_view bytes) {
+    out += bytes;
+    texts.back()->replace(offset, bytes.size(), bytes.size(), '"');
+  }
+  void comment(std::size_t offset, std::string_view bytes) { overwrite(offset, bytes.size()); }
+  void versionLine(std::size_t offset, std::string_view bytes) { overwrite(offset, bytes.size()); }
+  void include(std::size_t offset, std::string_view bytes, const std::string&) {
+    overwrite(offset, bytes.size() - 1);
+  }
+  void endFile(double) { texts.pop_back(); }
+  void warning(const std::string&) {}
+
+  std::string out;
+
+ private:
+  void overwrite(std::size_t offset, std::size_t size) {
+    texts.back()->replace(offset, size, size, '/');
+  }
+
+  std::vector<std::string*> texts;
+};
+
+/// A folder with "main.cfg" and what it includes, the only search path.
+class PreprocessorScanTest : public testing::Test {
+ protected:
+  PreprocessorScanTest() {
+    add("empty.cfg", "");
+    add("backslash.cfg", "\\");
+    add("quote.cfg", "\"");
+    add("text.cfg", "x \"y\" // z\n");
+    add("versions.cfg", "#SerialVersion 2\nx#SerialVersion 1.5\n");
+    add("nested.cfg", "<#include \"quote.cfg\"//kept?\n#include \"text.cfg\">");
+    add("zero.cfg", "x#SerialVersion 0\ny");
+    add("unclosed.cfg", "x 1 #include \"text.cfg\n");
+  }
+
+  /// Holds what becomes of "main.cfg" with `text` against the plain rules.
+  void check(const std::string& text) {
+    add("main.cfg", text);
+    std::string expected;
+    const double version = PlainPreprocessor(files).process("main.cfg", expected);
+    std::string out;
+    ASSERT_EQ(file.preprocessFile(out, "main.cfg", included), version) << text;
+    ASSERT_EQ(out, expected) << text;
+    OverwritingSink sink;
+    ASSERT_EQ(Quarry::Preprocessor(file.getSearchPaths(), sink).process("main.cfg"), version);
+    ASSERT_EQ(sink.out, expected) << text;
+  }
+
+  /// Checks `special` at every place of three blocks, between ordinary bytes and in a string.
+  void checkEverywhere(const std::string& special) {
+    for (std::size_t before = 0; before < 50; ++before) {
+      for (const std::size_t behind : {0U, 1U, 14U, 15U, 16U, 17U, 40U}) {
+        check(std::string(before, 'a') + special + std::string(behind, 'b'));
+        check('"' + std::string(before, 'a') + special + std::string(behind, 'b') + "\"//c");
+      }
+    }
+  }
+
+  void checkGenerated(const std::vector<std::string>& pieces, unsigned seed, int count) {
+    std::mt19937 random(seed);
+    for (int i = 0; i < count && !HasFatalFailure(); ++i) {
+      std::string text;
+      for (auto left = random() % 24; left > 0; --left)
+        text += pieces[random() % pieces.size()];
+      check(text);
+    }
+  }
+
+ private:
+  void add(const std::string& name, const std::string& text) {
+    folder.write(name, text);
+    files[name] = text;
+  }
+
+  const TestSupport::TemporaryFolder folder;
+  const TestSupport::RecordingConsole console;
+  Files files;
+  Quarry::ParserFile file;
+  std::set<std::string> included;
+
+  void SetUp() override { file.setSearchPaths({folder.getPath()}); }
+};
+
+}  // namespace
+
+// --- Every place of a block ----------------------------------------------------------------------
+
+TEST_F(PreprocessorScanTest, ACommentIsFoundAtEveryPlace) { checkEverywhere("//c\n"); }
+
+TEST_F(PreprocessorScanTest, ACommentAtTheEndIsFoundAtEveryPlace) { checkEverywhere("//"); }
+
+TEST_F(PreprocessorScanTest, ASlashStaysAtEveryPlace) { checkEverywhere("/"); }
+
+TEST_F(PreprocessorScanTest, AnIncludeIsFoundAtEveryPlace) {
+  checkEverywhere("#include \"text.cfg\"");
+}
+
+TEST_F(PreprocessorScanTest, AnUnclosedIncludeIsFoundAtEveryPlace) {
+  checkEverywhere("#include \"text.cfg");
+}
+
+TEST_F(PreprocessorScanTest, AVersionLineIsFoundAtEveryPlace) {
+  checkEverywhere("#SerialVersion 2\n");
+}
+
+TEST_F(PreprocessorScanTest, AMarkerCutShortStaysAtEveryPlace) {
+  checkEverywhere("#include ");
+  checkEverywhere("#SerialVersion");
+}
+
+TEST_F(PreprocessorScanTest, AStringKeepsItsSlashesAtEveryPlace) {
+  checkEverywhere("\"a//b\"//c\n");
+}
+
+TEST_F(PreprocessorScanTest, AnEscapedQuoteIsSeenAtEveryPlace) { checkEverywhere("\\\"//c\n"); }
+
+TEST_F(PreprocessorScanTest, AnEscapedBackslashIsSeenAtEveryPlace) {
+  checkEverywhere("\\\\\"//c\n");
+}
+
+TEST_F(PreprocessorScanTest, BackslashesAroundACommentAreSeenAtEveryPlace) {
+  checkEverywhere("\\//c\n\\\"//d\n");
+}
+
+TEST_F(PreprocessorScanTest, BackslashesAroundAnIncludeAreSeenAtEveryPlace) {
+  checkEverywhere("\\#include \"empty.cfg\"\\\"//d\n");
+}
+
+// --- Any order -----------------------------------------------------------------------------------
+
+TEST_F(PreprocessorScanTest, QuotesBackslashesAndSlashesFollowTheRulesInAnyOrder) {
+  checkGenerated({"\"", "\\", "/", "//", "\n", "a", "#", "0123456789abcdef"}, 1, 6000);
+}
+
+TEST_F(PreprocessorScanTest, DirectivesFollowTheRulesInAnyOrder) {
+  checkGenerated({"\"", "\\", "\\\"", "//c", "\n", "a", "#include \"", "#SerialVersion ",
+                  "#SerialVersion 2\n", "#include \"empty.cfg\"", "1.5", "text.cfg\""},
+                 2, 6000);
+}
+
+TEST_F(PreprocessorScanTest, IncludedFilesFollowTheRulesInAnyOrder) {
+  checkGenerated({"\"", "\\", "\\\"", "//", "\n", "a//b", "text of some length",
+                  "#include \"empty.cfg\"", "#include \"backslash.cfg\"", "#include \"quote.cfg\"",
+                  "#include \"text.cfg\"", "#include \"versions.cfg\"", "#include \"nested.cfg\""},
+                 3, 6000);
+}
+
+TEST_F(PreprocessorScanTest, FailuresFollowTheRulesInAnyOrder) {
+  checkGenerated({"\"", "// c\n", "\n", "text of some length", "#SerialVersion 2\n",
+                  "#SerialVersion 0\n", "#include \"text.cfg\"", "#include \"zero.cfg\"",
+                  "#include \"unclosed.cfg\"", "#include \"missing.cfg\"", "#include \"text.cfg"},
+                 4, 3000);
+}
