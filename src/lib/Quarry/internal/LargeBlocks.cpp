@@ -15,10 +15,11 @@ LargeBlocks& LargeBlocks::get() {
 /// Sizes are rounded up in steps of an eighth at most, so that blocks of nearly one size can take
 /// one another's place.
 std::size_t LargeBlocks::roundUp(std::size_t size) {
+  constexpr std::size_t MOST = static_cast<std::size_t>(-1) / 4;
+  if (size > MOST) throw std::bad_alloc();
   std::size_t step = SMALLEST / 8;
   while (size > 16 * step)
     step *= 2;
-  if (size > static_cast<std::size_t>(-1) - step) throw std::bad_alloc();
   return (size + step - 1) / step * step;
 }
 
@@ -35,23 +36,29 @@ void* LargeBlocks::take(std::size_t size) {
       return begin;
     }
   }
-  void* block =
-      ::mmap(nullptr, wanted, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  void* block = ::mmap(nullptr, wanted, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (block == MAP_FAILED) throw std::bad_alloc();
   return block;
 }
 
 void LargeBlocks::giveBack(void* block, std::size_t size) noexcept {
   const std::size_t whole = roundUp(size);
-  {
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (kept.size() < MOST_KEPT && keptBytes + whole <= MOST_KEPT_BYTES) {
-      kept.push_back({block, whole});
-      keptBytes += whole;
-      return;
-    }
+  if (whole > MOST_KEPT_BYTES) {
+    ::munmap(block, whole);
+    return;
   }
-  ::munmap(block, whole);
+  const std::lock_guard<std::mutex> lock(mutex);
+  while (kept.size() == MOST_KEPT || keptBytes + whole > MOST_KEPT_BYTES)
+    dropOldest();
+  kept.push_back({block, whole});
+  keptBytes += whole;
+}
+
+void LargeBlocks::dropOldest() {
+  const Block oldest = kept.front();
+  kept.erase(kept.begin());
+  keptBytes -= oldest.size;
+  ::munmap(oldest.begin, oldest.size);
 }
 
 }  // namespace Quarry

@@ -9,8 +9,8 @@ namespace Quarry {
 
 /// Gets large blocks from the system and takes them back.
 ///
-/// A few that come back are kept, with their memory, for the next ones of about their size: to ask
-/// the system for fresh pages costs more than to fill them.
+/// The last few that came back are kept, with their memory, for the next ones of about their size:
+/// to ask the system for fresh pages costs more than to fill them.
 ///
 /// Used by any thread at any time, also while the process ends: it is never destroyed.
 class LargeBlocks {
@@ -38,9 +38,10 @@ class LargeBlocks {
 
   LargeBlocks() { kept.reserve(MOST_KEPT); }
   static std::size_t roundUp(std::size_t size);
+  void dropOldest();
 
   std::mutex mutex;
-  std::vector<Block> kept;
+  std::vector<Block> kept;  ///< the oldest first
   std::size_t keptBytes = 0;
 };
 

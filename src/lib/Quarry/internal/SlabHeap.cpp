@@ -176,7 +176,8 @@ constinit SlabHeap::Holdings SlabHeap::ThreadEnd::late;
 
 constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
 
-// --- Slow ways ---------------------------------------------------------------------------------------
+// --- Slow ways
+// ---------------------------------------------------------------------------------------
 
 void* SlabHeap::allocateLarge(std::size_t size) {
   return size >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(size) : ::operator new(size);

@@ -1,6 +1,6 @@
 #include "StringText.h"
 
-#include <array>
+#include "ByteSearch.h"
 
 namespace Quarry {
 
@@ -8,21 +8,15 @@ namespace {
 
 constexpr char ESCAPE = '\\';
 
-/// The byte that stands behind the backslash for a byte that has to be escaped; 0 for the others.
-constexpr std::array<char, 256> makeEscapes() {
-  std::array<char, 256> escapes{};
-  escapes['\r'] = 'r';
-  escapes['\t'] = 't';
-  escapes['\n'] = 'n';
-  escapes['\''] = '\'';
-  escapes['"'] = '"';
-  escapes[ESCAPE] = ESCAPE;
-  return escapes;
+/// The byte that stands behind the backslash for a byte that has to be escaped.
+char escapeOf(char byte) {
+  switch (byte) {
+    case '\r': return 'r';
+    case '\t': return 't';
+    case '\n': return 'n';
+    default: return byte;
+  }
 }
-
-constexpr std::array<char, 256> ESCAPES = makeEscapes();
-
-char escapeOf(char byte) { return ESCAPES[static_cast<unsigned char>(byte)]; }
 
 char resolve(char escaped) {
   switch (escaped) {
@@ -37,16 +31,16 @@ char resolve(char escaped) {
 
 void appendQuoted(std::string& out, std::string_view text) {
   out += '"';
-  std::size_t runBegin = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char escape = escapeOf(text[i]);
-    if (escape == 0) continue;
-    out.append(text, runBegin, i - runBegin);
+  const char* runBegin = text.data();
+  const char* end = runBegin + text.size();
+  for (;;) {
+    const char* found = findAnyOf<'\r', '\t', '\n', '\'', '"', ESCAPE>(runBegin, end);
+    out.append(runBegin, found);
+    if (found == end) break;
     out += ESCAPE;
-    out += escape;
-    runBegin = i + 1;
+    out += escapeOf(*found);
+    runBegin = found + 1;
   }
-  out.append(text, runBegin);
   out += '"';
 }
 
