@@ -1,0 +1,88 @@
+// The blocks that slabs are made of.
+
+#include <Quarry/internal/SlabSource.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <set>
+#include <vector>
+
+using Quarry::SlabSource;
+
+namespace {
+
+std::vector<void*> takeSlabs(std::size_t count) {
+  std::vector<void*> slabs(count);
+  for (void*& slab : slabs)
+    slab = SlabSource::get().take();
+  return slabs;
+}
+
+void giveBack(const std::vector<void*>& slabs) {
+  for (void* slab : slabs)
+    SlabSource::get().giveBack(slab);
+}
+
+bool isZero(const void* slab) {
+  const char* bytes = static_cast<const char*>(slab);
+  return bytes[0] == 0 && std::memcmp(bytes, bytes + 1, SlabSource::SLAB_SIZE - 1) == 0;
+}
+
+}  // namespace
+
+TEST(SlabSourceTest, SlabsAreAlignedToTheirSize) {
+  const std::vector<void*> slabs = takeSlabs(100);
+  for (const void* slab : slabs)
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(slab) % SlabSource::SLAB_SIZE, 0U);
+  giveBack(slabs);
+}
+
+TEST(SlabSourceTest, NoSlabIsHandedOutTwice) {
+  const std::vector<void*> slabs = takeSlabs(400);
+  EXPECT_EQ(std::set<void*>(slabs.begin(), slabs.end()).size(), 400U);
+  giveBack(slabs);
+}
+
+TEST(SlabSourceTest, ASlabCanBeUsedFromItsFirstByteToItsLast) {
+  const std::vector<void*> slabs = takeSlabs(40);
+  for (std::size_t i = 0; i < slabs.size(); ++i)
+    std::memset(slabs[i], static_cast<int>(i + 1), SlabSource::SLAB_SIZE);
+  for (std::size_t i = 0; i < slabs.size(); ++i) {
+    const char* bytes = static_cast<const char*>(slabs[i]);
+    EXPECT_EQ(bytes[0], static_cast<char>(i + 1));
+    EXPECT_EQ(bytes[SlabSource::SLAB_SIZE - 1], static_cast<char>(i + 1));
+  }
+  giveBack(slabs);
+}
+
+TEST(SlabSourceTest, TheSlabThatCameBackLastIsHandedOutFirst) {
+  void* slab = SlabSource::get().take();
+  SlabSource::get().giveBack(slab);
+  EXPECT_EQ(SlabSource::get().take(), slab);
+  SlabSource::get().giveBack(slab);
+}
+
+TEST(SlabSourceTest, SlabsThatComeBackAreHandedOutBeforeNewOnes) {
+  constexpr std::size_t MANY = SlabSource::KEPT + 100;
+  const std::vector<void*> first = takeSlabs(MANY);
+  giveBack(first);
+  const std::vector<void*> second = takeSlabs(MANY);
+  EXPECT_EQ(std::set<void*>(second.begin(), second.end()),
+            std::set<void*>(first.begin(), first.end()));
+  giveBack(second);
+}
+
+TEST(SlabSourceTest, BeyondTheKeptSlabsTheMemoryGoesBackToTheSystem) {
+  constexpr std::size_t MORE = 100;
+  const std::vector<void*> slabs = takeSlabs(SlabSource::KEPT + MORE);
+  for (void* slab : slabs)
+    std::memset(slab, 1, SlabSource::SLAB_SIZE);
+  giveBack(slabs);
+  std::size_t zeroed = 0;
+  const std::vector<void*> again = takeSlabs(SlabSource::KEPT + MORE);
+  for (const void* slab : again)
+    zeroed += isZero(slab) ? 1 : 0;
+  EXPECT_EQ(zeroed, MORE);
+  giveBack(again);
+}
