@@ -106,11 +106,13 @@ ParserItem* ParserGroup::getItem(const std::string& wanted) const {
 ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long index) const {
   constexpr unsigned long LARGE = 32;
   constexpr unsigned long SCANS = 4;
+  constexpr unsigned long AHEAD = 12;  ///< items; their names come from memory in the meantime
   if (plainCount >= LARGE && comparisons > SCANS * plainCount) {
     makeNames();
     return names != nullptr ? names->find(wanted) : nullptr;
   }
   for (unsigned long i = index; i < plainCount; ++i) {
+    if (i + AHEAD < plainCount) __builtin_prefetch(plainAt(i + AHEAD));
     ParserItem* item = plainAt(i);
     if (item != nullptr && item->name == wanted) {
       comparisons += i - index;
