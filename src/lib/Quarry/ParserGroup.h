@@ -190,7 +190,7 @@ class QUARRY_EXPORT ParserGroup {
     std::vector<unsigned long> keywords;
   };
 
-  void append(ParserItem* item);
+  QUARRY_HIDDEN void append(ParserItem* item);
   ParserItem* append(std::unique_ptr<ParserItem> item);
   ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group, bool folding);
   void removeLastItem();

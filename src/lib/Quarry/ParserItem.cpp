@@ -79,6 +79,11 @@ void ParserItem::copyDetails(const ParserItem& other) {
 
 // --- Look ----------------------------------------------------------------------------------------
 
+const unsigned long& ParserItem::getArrayCount() const {
+  static const unsigned long none = NO_ARRAY;
+  return details != nullptr ? details->arrayCount : none;
+}
+
 const std::string& ParserItem::getTemplate() const {
   static const std::string* const none = new std::string;  // outlives every document
   return details != nullptr ? details->templateName : *none;

@@ -92,9 +92,7 @@ class QUARRY_EXPORT ParserItem {
   unsigned long getValueCount() const { return count; }
 
   /// Returns the array size; 0 for an array of unspecified size, NO_ARRAY for no array.
-  const unsigned long& getArrayCount() const {
-    return details != nullptr ? details->arrayCount : NO_ARRAY;
-  }
+  const unsigned long& getArrayCount() const;
 
   /// Returns the template name; empty when the item is no template instance.
   const std::string& getTemplate() const;
@@ -277,22 +275,23 @@ class QUARRY_EXPORT ParserItem {
     unsigned long count;
   };
 
-  ParserItem(std::string_view itemName, const char* readable, Type itemType, const Place& place);
-  static void* operator new(std::size_t size, ValueCount places);
-  static void operator delete(void* memory, ValueCount places) noexcept;
-  static ParserItem* make(std::string_view itemName, const char* readable, Type itemType,
-                          const Place& place, unsigned long wanted);
-  static void destroy(ParserItem* item) noexcept;
+  QUARRY_HIDDEN ParserItem(std::string_view itemName, const char* readable, Type itemType,
+                           const Place& place);
+  QUARRY_HIDDEN static void* operator new(std::size_t size, ValueCount places);
+  QUARRY_HIDDEN static void operator delete(void* memory, ValueCount places) noexcept;
+  QUARRY_HIDDEN static ParserItem* make(std::string_view itemName, const char* readable,
+                                        Type itemType, const Place& place, unsigned long wanted);
+  QUARRY_HIDDEN static void destroy(ParserItem* item) noexcept;
 
   ParserValue* begin() const { return values; }
   ParserValue* end() const { return values + count; }
   ParserValue& valueAt(const unsigned long& index) const;
   ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
-  static std::uint32_t saturate(unsigned long number);
-  void* nextPlace() const;
-  void reserve(unsigned long places) const;
+  QUARRY_HIDDEN static std::uint32_t saturate(unsigned long number);
+  QUARRY_HIDDEN void* nextPlace() const;
+  QUARRY_HIDDEN void reserve(unsigned long places) const;
   void grow(unsigned long places) const;
-  void moveValuesTo(ParserValue* places) const noexcept;
+  QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;
   void takeList(ParserItem& from) noexcept;
   void freePlaces() const noexcept;
   void freeValues() noexcept;

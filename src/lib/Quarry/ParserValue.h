@@ -304,13 +304,13 @@ class QUARRY_EXPORT ParserValue {
 
   /// As data or as text, still without either.
   enum class Form : std::uint8_t { DATA, TEXT };
-  ParserValue(Form form, Type valueType);
+  QUARRY_HIDDEN ParserValue(Form form, Type valueType);
   /// A string as data.
   ParserValue(Form form, std::string_view bytes);
   /// A text of a type that isKeptAsText(). Bytes up to `readable` may be read, though not used.
-  ParserValue(Form form, Type valueType, std::string_view text, const char* readable);
+  QUARRY_HIDDEN ParserValue(Form form, Type valueType, std::string_view text, const char* readable);
   explicit ParserValue(std::unique_ptr<BinaryBlock> block);
-  static void relocate(ParserValue& from, void* to) noexcept;
+  QUARRY_HIDDEN static void relocate(ParserValue& from, void* to) noexcept;
 
   static bool isKeptAsText(Type type);
   static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes, unsigned long size);
