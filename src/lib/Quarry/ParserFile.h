@@ -131,7 +131,7 @@ class QUARRY_EXPORT ParserFile {
   /// @throws std::out_of_range as read()
   double preprocessFile(std::string& out, const std::string& file, std::set<std::string>& included);
 
-  // --- Binary ------------------------------------------------------------------------------------
+  // --- Binary ----------------------------------------------------------------------------------
 
   /// Returns the document in the binary form: the four bytes "QDBF" and the root's frame without
   /// its name. The version is not part of it.

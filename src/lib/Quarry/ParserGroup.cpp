@@ -151,8 +151,7 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
   return pattern.empty() ? all : all.getMatching(Plinth::Expression(pattern));
 }
 
-// --- The lists
-// -------------------------------------------------------------------------------------
+// --- The lists -----------------------------------------------------------------------------------
 
 void ParserGroup::growItems() {
   constexpr std::size_t FIRST_ITEMS = 4;
@@ -162,23 +161,25 @@ void ParserGroup::growItems() {
 /// Enters the item that comes to stand at `position`, the end of `items`, in a list of positions.
 void ParserGroup::enter(const ParserItem& item, unsigned long position) {
   const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  if (positions == nullptr) makePositions();
-  (isPlain ? positions->plain : positions->keywords).push_back(position);
+  Positions& lists = positions != nullptr ? *positions : makePositions();
+  (isPlain ? lists.plain : lists.keywords).push_back(position);
   if (isPlain) ++plainCount;
 }
 
 /// Takes the item that was entered last out again.
 void ParserGroup::leave(const ParserItem& item) noexcept {
   const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  if (positions != nullptr) (isPlain ? positions->plain : positions->keywords).pop_back();
+  Positions* lists = positions.get();
+  if (lists != nullptr) (isPlain ? lists->plain : lists->keywords).pop_back();
   if (isPlain) --plainCount;
 }
 
-void ParserGroup::makePositions() {
+ParserGroup::Positions& ParserGroup::makePositions() {
   auto made = std::make_unique<Positions>();
   made->plain.resize(plainCount);
   std::iota(made->plain.begin(), made->plain.end(), 0UL);
   positions = std::move(made);
+  return *positions;
 }
 
 /// An index of names is a help that can be done without.

@@ -197,7 +197,7 @@ class QUARRY_EXPORT ParserGroup {
   void growItems();
   void enter(const ParserItem& item, unsigned long position);
   void leave(const ParserItem& item) noexcept;
-  void makePositions();
+  Positions& makePositions();
   static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
   ParserItem* plainAt(unsigned long index) const;
   ParserItem* findByScan(const std::string& wanted, unsigned long index) const;

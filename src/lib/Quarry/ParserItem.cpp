@@ -81,12 +81,14 @@ void ParserItem::copyDetails(const ParserItem& other) {
 
 const unsigned long& ParserItem::getArrayCount() const {
   static const unsigned long none = NO_ARRAY;
-  return details != nullptr ? details->arrayCount : none;
+  const Details* held = details.get();
+  return held != nullptr ? held->arrayCount : none;
 }
 
 const std::string& ParserItem::getTemplate() const {
-  static const std::string* const none = new std::string;  // outlives every document
-  return details != nullptr ? details->templateName : *none;
+  static const std::string& none = *new std::string;  // outlives every document
+  const Details* held = details.get();
+  return held != nullptr ? held->templateName : none;
 }
 
 bool ParserItem::isGroup() const { return count == 1 && values->isGroup(); }
@@ -214,8 +216,7 @@ void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const uns
   valueAt(index).setBinaryData(bytes, size);
 }
 
-// --- The list of values
-// ----------------------------------------------------------------------------
+// --- The list of values --------------------------------------------------------------------------
 
 /// Gives the values a list with room for so many.
 void ParserItem::grow(unsigned long places) const {

@@ -314,8 +314,7 @@ void ParserValue::takeOver(ParserValue& other) noexcept {
   other.ownsMemory = false;
 }
 
-// --- Where the text lies
-// ---------------------------------------------------------------------------
+// --- Where the text lies -------------------------------------------------------------------------
 
 std::string_view ParserValue::getBytes() const {
   if (textLength == LONG_TEXT) return {content.slot.longText.bytes, content.slot.longText.length};

@@ -200,7 +200,7 @@ std::string_view BinaryReader::readString() {
   if (end == bytes + size) {
     pos = size;
     warn(Messages::stringNotRead());
-    return std::string_view(bytes + size, 0);
+    return {end, static_cast<unsigned long>(bytes + size - end)};
   }
   const auto length = static_cast<unsigned long>(end - begin);
   pos += length + 1;

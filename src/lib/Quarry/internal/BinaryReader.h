@@ -32,7 +32,7 @@ class BinaryReader {
   BinaryReader& operator=(const BinaryReader&) = delete;
   ~BinaryReader() { callersPosition = pos; }
 
-  // --- Trees -------------------------------------------------------------------------------------
+  // --- Trees -----------------------------------------------------------------------------------
 
   /// Appends the items of a group frame, without its name, to `group`.
   /// @return false when the frame or one of its own items is broken
@@ -44,7 +44,7 @@ class BinaryReader {
   /// Reads a value with its tag; null where there is none.
   std::unique_ptr<ParserValue> readValue();
 
-  // --- Numbers and bytes -------------------------------------------------------------------------
+  // --- Numbers and bytes -----------------------------------------------------------------------
 
   /// Reads a number of COUNT bytes. Where fewer are left, moves to the end and returns 0.
   template <unsigned long COUNT>

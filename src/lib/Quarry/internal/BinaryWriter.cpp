@@ -46,7 +46,7 @@ void BinaryWriter::writePayload(const ParserValue& value) {
   }
 }
 
-// --- What the walk tells -----------------------------------------------------------------------
+// --- What the walk tells -------------------------------------------------------------------------
 
 BinaryWriter::ItemMark BinaryWriter::beginItem(const ParserItem& item, GroupMark) {
   writeString(item.getName());

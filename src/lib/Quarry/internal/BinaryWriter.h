@@ -30,7 +30,7 @@ class BinaryWriter {
   /// Completes the buffer; has to be called in the end.
   void finish() { out.flush(); }
 
-  // --- What the walk tells -----------------------------------------------------------------------
+  // --- What the walk tells ---------------------------------------------------------------------
 
   /// The offset behind a frame's size.
   using GroupMark = unsigned long;

@@ -8,8 +8,7 @@
 
 namespace Quarry {
 
-// --- Slabs of one size
-// -----------------------------------------------------------------------------
+// --- Slabs of one size ---------------------------------------------------------------------------
 
 /// The slabs of one size that have free slots and from which no thread takes any.
 class SlabHeap::SizeList {
@@ -120,8 +119,7 @@ char* SlabHeap::Slab::end() {
   return reinterpret_cast<char*>(this) + SLOTS_BEGIN + capacity * slotSize;
 }
 
-// --- Threads
-// -----------------------------------------------------------------------------------------
+// --- Threads -------------------------------------------------------------------------------------
 
 constinit thread_local SlabHeap::Holdings* SlabHeap::mine = nullptr;
 
@@ -146,11 +144,11 @@ class SlabHeap::ThreadEnd {
   static Holdings* begin() noexcept {
     if (mine != nullptr || hasEnded) return mine;
     mine = new (std::nothrow) Holdings;
-    thread_local const ThreadEnd end;
+    thread_local ThreadEnd end;
     return mine;
   }
 
-  ThreadEnd() noexcept {}
+  ThreadEnd() = default;
   ~ThreadEnd() {
     Holdings* holdings = mine;
     mine = nullptr;
@@ -176,8 +174,7 @@ constinit SlabHeap::Holdings SlabHeap::ThreadEnd::late;
 
 constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
 
-// --- Slow ways
-// ---------------------------------------------------------------------------------------
+// --- Slow ways -----------------------------------------------------------------------------------
 
 void* SlabHeap::allocateLarge(std::size_t size) {
   return size >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(size) : ::operator new(size);

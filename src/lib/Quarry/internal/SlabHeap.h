@@ -127,7 +127,8 @@ inline void SlabHeap::flush() noexcept {}
 
 inline SlabHeap::Slab* SlabHeap::Slab::of(void* slot) {
   const auto address = reinterpret_cast<std::uintptr_t>(slot);
-  return reinterpret_cast<Slab*>(address & ~(SlabSource::SLAB_SIZE - 1));
+  char* begin = static_cast<char*>(slot) - address % SlabSource::SLAB_SIZE;
+  return reinterpret_cast<Slab*>(begin);
 }
 
 /// Returns a slot of what the thread holds, or null.

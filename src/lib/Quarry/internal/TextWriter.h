@@ -26,7 +26,7 @@ class TextWriter {
   /// values | (values) | <empty>
   void writeValues(const ParserItem& item, unsigned long indent);
 
-  // --- What the walk tells -----------------------------------------------------------------------
+  // --- What the walk tells ---------------------------------------------------------------------
 
   struct GroupMark {
     bool braces = false;

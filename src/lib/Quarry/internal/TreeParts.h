@@ -19,15 +19,18 @@ namespace Quarry {
 
 // --- Lists ---------------------------------------------------------------------------------------
 
+/// All lists are of pointers.
+constexpr std::size_t POINTER_SIZE = sizeof(void*);
+
 template <class T>
 inline T* detail::ListAllocator<T>::allocate(std::size_t count) {
-  if (count > static_cast<std::size_t>(-1) / sizeof(T)) throw std::bad_alloc();
-  return static_cast<T*>(SlabHeap::allocate(count * sizeof(T)));
+  if (count > static_cast<std::size_t>(-1) / POINTER_SIZE) throw std::bad_alloc();
+  return static_cast<T*>(SlabHeap::allocate(count * POINTER_SIZE));
 }
 
 template <class T>
 inline void detail::ListAllocator<T>::deallocate(T* list, std::size_t count) noexcept {
-  SlabHeap::free(list, count * sizeof(T));
+  SlabHeap::free(list, count * POINTER_SIZE);
 }
 
 // --- Values --------------------------------------------------------------------------------------

@@ -18,7 +18,7 @@ namespace Quarry {
 class WordClassifier {
  public:
   /// Returns 0 for an empty word.
-  static char firstByte(const ParserWord& word) { return word.length > 0 ? *word.begin() : 0; }
+  static char firstByte(const ParserWord& word) { return word.length > 0 ? *word.begin() : '\0'; }
 
   /// Returns the word's type, WORD_UNKNOWN when no test succeeds.
   static ParserWord::Type classify(const ParserWord& word) {
