@@ -56,7 +56,8 @@ struct Loaded {
 
 Loaded load(const std::string& name, const std::string& path) {
   std::string text = "what was there before";
-  const LoadResult result = loadFile(name, path, text);
+  unsigned long allowance = text.max_size();
+  const LoadResult result = loadFile(name, path, text, allowance);
   return {result, text};
 }
 

@@ -51,6 +51,7 @@ class RecordingSink {
   void emptyTag(const ParserWord& word) { add("empty tag", word); }
   void beginGroup(const ParserWord& word) { add("begin group", word); }
   void beginBracedItem(const ParserWord& word) { add("braced item", word); }
+  void groupLeftOut(const ParserWord& word) { add("left out", word); }
   void endGroup(const ParserWord* word) {
     if (word != nullptr) {
       add("end group", *word);
@@ -84,6 +85,13 @@ Events parse(const std::string& text, bool places = false) {
   ParserWordStream words(text, 1.1);
   RecordingSink sink(places);
   TextParser(words, sink).parse();
+  return sink.getEvents();
+}
+
+Events parseWithin(unsigned long nestingDepth, const std::string& text) {
+  ParserWordStream words(text, 1.1);
+  RecordingSink sink(false);
+  TextParser(words, sink, nestingDepth).parse();
   return sink.getEvents();
 }
 
@@ -408,4 +416,27 @@ TEST(TextParserTest, ACommaBehindAnUnknownWordIsWronglyPlaced) {
   EXPECT_THAT(parse("a 1 ;, 2"),
               ElementsAre("item a", "int 1", "warning: unknown word: ;",
                           "warning: wrongly placed: ,", "warning: value without item: 2"));
+}
+
+// --- Groups that are too deep --------------------------------------------------------------------
+
+TEST(TextParserTest, OfAGroupThatIsTooDeepOnlyItsBeginningIsTold) {
+  EXPECT_THAT(parseWithin(0, "a { b { c 1 } } d 2"),
+              ElementsAre("item a", "left out {", "item d", "int 2"));
+}
+
+TEST(TextParserTest, GroupsWithinTheDepthAreToldAroundOneThatIsTooDeep) {
+  EXPECT_THAT(parseWithin(1, "a { b { c 1 } d 2 }"),
+              ElementsAre("item a", "begin group {", "item b", "left out {", "item d", "int 2",
+                          "end group }"));
+}
+
+TEST(TextParserTest, NoValueFollowsAGroupThatIsTooDeep) {
+  EXPECT_THAT(parseWithin(0, "a { } 1"),
+              ElementsAre("item a", "left out {", "warning: value without item: 1"));
+}
+
+TEST(TextParserTest, WordsOfAGroupThatIsTooDeepAreNotWarnedOf) {
+  EXPECT_THAT(parseWithin(0, "a { , ) 1 = } b 1"),
+              ElementsAre("item a", "left out {", "item b", "int 1"));
 }

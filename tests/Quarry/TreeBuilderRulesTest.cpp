@@ -45,6 +45,7 @@ class Describer {
     groups.push_back(item->values.back().group.get());
   }
   void beginBracedItem(const ParserWord&) {}
+  void groupLeftOut(const ParserWord&) {}
   void endGroup(const ParserWord*) {
     groups.pop_back();
     item = outers.back();

@@ -59,6 +59,8 @@ class TreePrinter {
     beginGroup(word);
   }
 
+  void groupLeftOut(const ParserWord&) {}  // there is no limit
+
   void endGroup(const ParserWord* word) {
     line.end();
     --depth;

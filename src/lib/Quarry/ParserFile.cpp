@@ -3,10 +3,13 @@
 #include <Plinth/Console.h>
 #include <Plinth/Label.h>
 
+#include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
 #include "internal/FileAccess.h"
 #include "internal/Messages.h"
+#include "internal/ParserWordStream.h"
 #include "internal/Preprocessor.h"
+#include "internal/TextReader.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,9 +22,12 @@ namespace {
 
 constexpr double WRITTEN_VERSION = 1.1;
 constexpr char VERSION_KEYWORD[] = "#SerialVersion";
+constexpr char NESTING_LIMIT[] = "nestingDepth";
 
 constexpr std::string_view BINARY_TAG = "QDBF";
 constexpr std::size_t SHORTEST_BINARY = 9;
+
+void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
 
 /// The preprocessor's sink: collects what stays and gives warnings on the console.
 ///
@@ -57,7 +63,7 @@ class TextCollector {
       out += *topText;
     }
   }
-  void warning(const std::string& message) { Plinth::console.warning(message, std::string()); }
+  void warning(const std::string& message) { warn(message); }
 
  private:
   std::string& out;
@@ -81,7 +87,7 @@ void declareVersion(const ParserGroup& root, std::string& text) {
 /// Says why, and that, data is no binary document; returns false.
 bool refuseBinary(const std::string& reason) {
   Plinth::console.print(reason, std::string());
-  Plinth::console.warning(Messages::unknownContainer(), std::string());
+  warn(Messages::unknownContainer());
   return false;
 }
 
@@ -108,6 +114,8 @@ bool ParserFile::setFilename(const std::string& name) {
   return !filename.empty();
 }
 
+void ParserFile::setLimits(const ParserLimits& newLimits) { limits = newLimits; }
+
 void ParserFile::clear() { root->clear(); }
 
 // --- Text and files ------------------------------------------------------------------------------
@@ -125,8 +133,13 @@ bool ParserFile::read(const std::string& name) {
   searchPaths.pop_back();
   version = declared;
   if (!(version > 0.0)) return false;
-  root->setText(text, version);
-  return true;
+  ParserWordStream words(text, version);
+  const TextOutcome outcome = readText(words, *root, limits.nestingDepth);
+  if (outcome.leavesOut) {
+    warn(Messages::atPlace(outcome.line, outcome.column) +
+         Messages::limitExceeded(filename, NESTING_LIMIT, limits.nestingDepth));
+  }
+  return !outcome.leavesOut;
 }
 
 bool ParserFile::write(const std::string& name) {
@@ -150,7 +163,7 @@ bool ParserFile::write(const std::string& name) {
 double ParserFile::preprocessFile(std::string& out, const std::string& file,
                                   std::set<std::string>& /*included*/) {
   TextCollector collector(out);
-  return Preprocessor(searchPaths, collector).process(file);
+  return Preprocessor(searchPaths, collector, limits).process(file);
 }
 
 // --- Binary --------------------------------------------------------------------------------------
@@ -171,7 +184,11 @@ bool ParserFile::setBinary(const std::vector<char>& data) {
     return refuseBinary(Messages::unknownContainerTag());
   }
   unsigned long position = BINARY_TAG.size();
-  return root->setBinary(data, position);
+  BinaryReader reader(data, position, limits.nestingDepth);
+  const bool isWhole = reader.readGroup(*root);
+  if (!reader.leavesOut()) return isWhole;
+  warn(Messages::limitExceeded(filename, NESTING_LIMIT, limits.nestingDepth));
+  return false;
 }
 
 }  // namespace Quarry

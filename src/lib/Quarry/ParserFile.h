@@ -3,6 +3,7 @@
 
 #include <Quarry/Export.h>
 #include <Quarry/ParserGroup.h>
+#include <Quarry/ParserLimits.h>
 
 #include <set>
 #include <string>
@@ -72,6 +73,9 @@ class QUARRY_EXPORT ParserFile {
   /// 1.0 where it declared none, 0.0 when reading failed.
   const double& getVersion() const { return version; }
 
+  /// Returns the limits within which documents are read; all are off at first.
+  const ParserLimits& getLimits() const { return limits; }
+
   // --- Change ----------------------------------------------------------------------------------
 
   /// Replaces the list of search paths.
@@ -80,6 +84,9 @@ class QUARRY_EXPORT ParserFile {
   /// Sets the file name and, from it, the directory.
   /// @return false for an empty name, which empties both
   bool setFilename(const std::string& name);
+
+  /// Sets the limits for what read(), preprocessFile() and setBinary() accept from now on.
+  void setLimits(const ParserLimits& limits);
 
   /// Empties the root group; file name, search paths and version stay.
   void clear();
@@ -92,12 +99,19 @@ class QUARRY_EXPORT ParserFile {
   /// Reads a document and adds its items to the root group, which is not emptied first.
   ///
   /// Warnings: "File '...' not found.\n", "Failed to open file '...'.\n", and those of the parser
-  /// (see ParserGroup::setText()).
+  /// (see ParserGroup::setText()). With limits set, the first that is exceeded gives one of
+  /// "File '...' exceeds the limit includeDepth (8).\n", and preprocessedBytes likewise,
+  /// "File '...' lies outside of the search paths (includesBelowSearchPaths).\n" and
+  /// "File 'a' includes itself: 'a' > 'b' > 'a'.\n". A group that is nested too deeply is left out
+  /// with all that it holds, its item stays and reading goes on; the first such group gives
+  /// "ParserGroup::setText: (3:7) File '...' exceeds the limit nestingDepth (200).\n" with the
+  /// name of the file that was read.
   ///
   /// @param name the file; empty for the stored file name
   /// @return false when the file or one that it includes cannot be read, an include has no closing
-  ///         quote, or a version of 0 or less is declared; the tree is then unchanged. True
-  ///         otherwise, also for text that drew warnings.
+  ///         quote, a version of 0 or less is declared, or a limit is exceeded; the tree is then
+  ///         unchanged, unless groups were left out. True otherwise, also for text that drew
+  ///         warnings.
   /// @throws std::out_of_range ("basic_string::erase") for a compressed file with a line of less
   ///         than two bytes; an empty search path then stays at the end of the list
   bool read(const std::string& name);
@@ -119,15 +133,15 @@ class QUARRY_EXPORT ParserFile {
   /// Appends to `out` the text of a file with includes expanded, comments dropped and version lines
   /// taken out. Called by read(), which also looks for the file under its own name.
   ///
-  /// A file that includes itself, directly or through others, is expanded without end: keeping
-  /// includes free of cycles is the caller's duty.
+  /// Without limits, a file that includes itself, directly or through others, is expanded without
+  /// end: keeping includes free of cycles is then the caller's duty.
   ///
   /// @param out receives the text behind what it holds
   /// @param file the name, as it would stand in an include
   /// @param included handed through and not used
   /// @return the version that the file declares last, 1.0 when it declares none; 0.0 when the file
-  ///         or one that it includes cannot be read, an include has no closing quote, or the
-  ///         version declared is 0. What was appended before a failure stays.
+  ///         or one that it includes cannot be read, an include has no closing quote, the version
+  ///         declared is 0, or a limit is exceeded. What was appended before a failure stays.
   /// @throws std::out_of_range as read()
   double preprocessFile(std::string& out, const std::string& file, std::set<std::string>& included);
 
@@ -142,6 +156,8 @@ class QUARRY_EXPORT ParserFile {
   /// Data of less than nine bytes is printed as "ParserFile.setBinary: data too short\n", other
   /// data that does not begin with "QDBF" as "ParserFile.setBinary: Unknown data tag\n"; both are
   /// then warned of as "ParserFile.setBinary: Unknown format\n" and leave the tree as it is.
+  /// Groups that are nested more deeply than the limit allows are left out, with one warning,
+  /// "File '...' exceeds the limit nestingDepth (200).\n" with the stored file name.
   ///
   /// @return whether all of the document was read
   bool setBinary(const std::vector<char>& data);
@@ -151,6 +167,7 @@ class QUARRY_EXPORT ParserFile {
   std::string directory;
   ParserGroup* root;  ///< owned, never null
   std::vector<std::string> searchPaths;
+  ParserLimits limits;
   double version;
   std::set<std::string> includedFiles;
 };

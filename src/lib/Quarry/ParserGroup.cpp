@@ -9,9 +9,8 @@
 #include "internal/Messages.h"
 #include "internal/NameIndex.h"
 #include "internal/ParserWordStream.h"
-#include "internal/TextParser.h"
+#include "internal/TextReader.h"
 #include "internal/TextWriter.h"
-#include "internal/TreeBuilder.h"
 #include "internal/TreeCopier.h"
 #include "internal/TreeParts.h"
 #include "internal/TreeRemover.h"
@@ -296,12 +295,7 @@ bool ParserGroup::setText(const std::string& text, const double& version) {
   return setText(stream);
 }
 
-bool ParserGroup::setText(ParserWordStream& stream) {
-  TreeBuilder builder(*this, stream.hasZeroBytes());
-  const bool result = TextParser(stream, builder).parse();
-  builder.completeItem();
-  return result;
-}
+bool ParserGroup::setText(ParserWordStream& stream) { return readText(stream, *this).endsWell; }
 
 // --- Binary --------------------------------------------------------------------------------------
 

@@ -21,11 +21,13 @@ void warn(const std::string& message) { Plinth::console.warning(message, std::st
 
 }  // namespace
 
-BinaryReader::BinaryReader(const std::vector<char>& source, unsigned long& position)
+BinaryReader::BinaryReader(const std::vector<char>& source, unsigned long& position,
+                           unsigned long nestingDepth)
     : bytes(source.data()),
       size(source.size()),
       pos(std::min<unsigned long>(position, source.size())),
-      callersPosition(position) {}
+      callersPosition(position),
+      deepest(nestingDepth) {}
 
 // --- Trees ---------------------------------------------------------------------------------------
 
@@ -67,14 +69,24 @@ BinaryReader::Step BinaryReader::step() {
 
 /// group = size , { item } ;
 bool BinaryReader::openGroup(ParserGroup& group) {
-  const bool hasSize = has(SIZE_BYTES);
-  const std::uint64_t length = readNumber<SIZE_BYTES>();
-  if (!hasSize || !has(length)) {
-    warn(Messages::groupLargerThanData());
-    return false;
-  }
+  unsigned long length = 0;
+  if (!readGroupSize(length)) return false;
   levels.push_back({&group, pos + length, nullptr, 0});
   return true;
+}
+
+bool BinaryReader::readGroupSize(unsigned long& length) {
+  const bool hasSize = has(SIZE_BYTES);
+  length = readNumber<SIZE_BYTES>();
+  if (hasSize && has(length)) return true;
+  warn(Messages::groupLargerThanData());
+  return false;
+}
+
+void BinaryReader::leaveOutGroup() {
+  hasLeftOut = true;
+  unsigned long length = 0;
+  if (readGroupSize(length)) pos += length;
 }
 
 /// item = name , size , kind , { value } ;
@@ -138,6 +150,10 @@ BinaryReader::Step BinaryReader::readValues() {
   while (pos < level.itemEnd) {
     if (!has(TAG_BYTES)) return Step::BROKEN;
     const auto tag = static_cast<unsigned char>(bytes[pos++]);
+    if (tag == ParserValue::TYPE_GROUP && levels.size() > deepest) {
+      leaveOutGroup();
+      continue;
+    }
     if (!readPayload(tag, append)) return Step::BROKEN;
     if (tag != ParserValue::TYPE_GROUP) continue;
     if (openGroup(*item.end()[-1].getGroup())) return Step::GOES_ON;

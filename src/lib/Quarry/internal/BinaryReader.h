@@ -1,6 +1,8 @@
 /// Reads trees of any depth from the binary form.
 #pragma once
 
+#include <Quarry/ParserLimits.h>
+
 #include "BinaryNumber.h"
 
 #include <cstdint>
@@ -27,7 +29,10 @@ class BinaryReader {
  public:
   /// @param source must outlive the reader
   /// @param position where to begin, in bytes; the caller's, set when the reader is destroyed
-  BinaryReader(const std::vector<char>& source, unsigned long& position);
+  /// @param nestingDepth how many groups may stand one within another; deeper ones are passed over
+  ///        and leave no value
+  BinaryReader(const std::vector<char>& source, unsigned long& position,
+               unsigned long nestingDepth = ParserLimits::UNLIMITED);
   BinaryReader(const BinaryReader&) = delete;
   BinaryReader& operator=(const BinaryReader&) = delete;
   ~BinaryReader() { callersPosition = pos; }
@@ -40,6 +45,9 @@ class BinaryReader {
 
   /// Appends the values of an item frame, behind its name, to `item`.
   bool readItem(ParserItem& item);
+
+  /// Tells whether a group was passed over because of its depth.
+  bool leavesOut() const { return hasLeftOut; }
 
   /// Reads a value with its tag; null where there is none.
   std::unique_ptr<ParserValue> readValue();
@@ -80,6 +88,8 @@ class BinaryReader {
   bool run();
   Step step();
   bool openGroup(ParserGroup& group);
+  bool readGroupSize(unsigned long& length);
+  void leaveOutGroup();
   Step openNextItem();
   bool openFrame(std::string_view name, unsigned long& frameEnd);
   unsigned long guessValues(unsigned long frameEnd) const;
@@ -97,6 +107,8 @@ class BinaryReader {
   const unsigned long size;
   unsigned long pos;  ///< at most `size`
   unsigned long& callersPosition;
+  const unsigned long deepest;
+  bool hasLeftOut = false;
   std::vector<Level> levels;
 };
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <memory>
 #include <string_view>
 
@@ -92,31 +93,40 @@ void appendCompressedLine(std::string& text, std::string line) {
   text += line;
 }
 
-LoadResult loadCompressed(const std::string& name, std::string& text) {
+/// The lines count with their markers: a file could consist of nothing else.
+LoadResult loadCompressed(const std::string& name, std::string& text, unsigned long& allowance) {
   constexpr int LINE_BUFFER_SIZE = 8192;
   constexpr int READ_LIMIT = LINE_BUFFER_SIZE - 1;  // the terminating zero byte included
   const std::unique_ptr<gzFile_s, int (*)(gzFile)> file(gzopen(name.c_str(), "r"), gzclose);
   if (file == nullptr) return LoadResult::COMPRESSED_NOT_OPENED;
   char buffer[LINE_BUFFER_SIZE];
-  while (gzgets(file.get(), buffer, READ_LIMIT) != nullptr)
-    appendCompressedLine(text, buffer);
+  while (gzgets(file.get(), buffer, READ_LIMIT) != nullptr) {
+    const std::string_view line = buffer;
+    if (line.size() > allowance) return LoadResult::TOO_LARGE;
+    allowance -= line.size();
+    appendCompressedLine(text, std::string(line));
+  }
   return LoadResult::LOADED;
 }
 
 /// Reads a file up to its first zero byte. Each block is read and searched where it stays in the
 /// processor's cache, which takes no longer than to read all at once into a string of zero bytes.
-LoadResult loadPlain(const std::string& path, std::string& text) {
+///
+/// The size that the system tells is believed up to a point: a file may be nearly all hole.
+LoadResult loadPlain(const std::string& path, std::string& text, unsigned long largest) {
   constexpr std::size_t BLOCK_SIZE = 1 << 14;
+  constexpr std::size_t BELIEVED_SIZE = 1 << 28;
   InputFile file(path);
   if (!file.isOpen()) return LoadResult::NOT_OPENED;
   char block[BLOCK_SIZE];
   for (;;) {
     const std::size_t count = file.read(block, BLOCK_SIZE);
     if (count == 0 && errno == EISDIR) return LoadResult::NOT_OPENED;
-    if (count == BLOCK_SIZE && text.empty()) text.reserve(file.getSize());
-    const std::size_t size = std::string_view(block, count).find('\0');
-    text.append(block, std::min(size, count));
-    if (count < BLOCK_SIZE || size < count) return LoadResult::LOADED;
+    const std::size_t size = std::min(std::string_view(block, count).find('\0'), count);
+    if (size == BLOCK_SIZE && text.empty()) text.reserve(std::min(file.getSize(), BELIEVED_SIZE));
+    text.append(block, size);
+    if (text.size() > largest) return LoadResult::TOO_LARGE;
+    if (size < BLOCK_SIZE) return LoadResult::LOADED;
   }
 }
 
@@ -132,15 +142,29 @@ std::string locateFile(const std::vector<std::string>& searchPaths, const std::s
   return std::string();
 }
 
+std::string chooseFile(const std::string& name, const std::string& path) {
+  return name != path && isCompressed(name) ? name : path;
+}
+
+std::string resolvePath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
+                                                             std::free);
+  return resolved != nullptr ? resolved.get() : std::string();
+}
+
 /// A file that is found under its own name is opened once: its text shows whether it is compressed.
-LoadResult loadFile(const std::string& name, const std::string& path, std::string& text) {
+LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
+                    unsigned long& allowance) {
   text.clear();
-  if (name != path && isCompressed(name)) return loadCompressed(name, text);
-  const LoadResult result = loadPlain(path, text);
+  if (chooseFile(name, path) != path) return loadCompressed(name, text, allowance);
+  const LoadResult result = loadPlain(path, text, allowance);
   const bool showsCompression = name == path && text.starts_with(SIGNATURE);
-  if (!showsCompression || !isRegularFile(name)) return result;
-  text.clear();
-  return loadCompressed(name, text);
+  if (showsCompression && isRegularFile(name)) {
+    text.clear();
+    return loadCompressed(name, text, allowance);
+  }
+  if (result == LoadResult::LOADED) allowance -= text.size();
+  return result;
 }
 
 bool openFile(QFile& file, const std::string& path, QIODevice::OpenMode mode) {

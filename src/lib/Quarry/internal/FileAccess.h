@@ -13,26 +13,36 @@ namespace Quarry {
 /// How loading a file ended.
 enum class LoadResult {
   LOADED,
-  NOT_OPENED,            ///< a plain file could not be opened
-  COMPRESSED_NOT_OPENED  ///< a compressed file could not be opened
+  NOT_OPENED,             ///< a plain file could not be opened
+  COMPRESSED_NOT_OPENED,  ///< a compressed file could not be opened
+  TOO_LARGE               ///< the file has more bytes than were allowed
 };
 
 /// Returns the first regular file among `searchPaths`, each followed by `name`, or an empty string
 /// when there is none. An empty search path stands for the bare name.
 std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name);
 
-/// Loads a file into `text`.
+/// Returns the file that loadFile() loads: `path`, or `name` when a compressed file is called so.
 ///
 /// Whether the file is compressed is looked up under `name`, not under `path`, and so is the
 /// compressed file: one that only a search path finds is read as it is. Documents are kept so.
+std::string chooseFile(const std::string& name, const std::string& path);
+
+/// Returns a path without links and "..", or an empty string when nothing is there.
+std::string resolvePath(const std::string& path);
+
+/// Loads a file into `text`.
 ///
 /// A plain file is read up to its first zero byte. A compressed one (gzip) carries a marker before
 /// every line feed: "$" keeps the line break there, any other byte is dropped with it.
 ///
 /// @param name the file's name as it was asked for
 /// @param path where locateFile() found it
+/// @param allowance how many bytes the file may have, unpacked; lowered by what it has. Not much
+///        more is read.
 /// @throws std::out_of_range ("basic_string::erase") for a compressed line of less than two bytes
-LoadResult loadFile(const std::string& name, const std::string& path, std::string& text);
+LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
+                    unsigned long& allowance);
 
 /// Opens a file that is read or written as a whole, unbuffered; writing creates or empties it.
 /// @return whether it could be opened

@@ -36,10 +36,14 @@ inline std::string describe(Diagnostic diagnostic, const ParserWord& word) {
   return std::string();
 }
 
+/// What every warning about a place in a text begins with.
+inline std::string atPlace(const unsigned long& line, const unsigned long& column) {
+  return "ParserGroup::setText: (" + Plinth::getLabel(line) + ":" + Plinth::getLabel(column) + ") ";
+}
+
 /// The whole warning, with the place of `word`.
 inline std::string parserWarning(Diagnostic diagnostic, const ParserWord& word) {
-  return "ParserGroup::setText: (" + Plinth::getLabel(word.getLine()) + ":" +
-         Plinth::getLabel(word.getColumn()) + ") " + describe(diagnostic, word);
+  return atPlace(word.getLine(), word.getColumn()) + describe(diagnostic, word);
 }
 
 // --- Values and groups ---------------------------------------------------------------------------
@@ -92,6 +96,21 @@ inline std::string fileNotFound(const std::string& name) {
 
 inline std::string fileNotOpened(const std::string& name) {
   return "Failed to open file '" + name + "'.\n";
+}
+
+/// @param limit the name of the limit, which is a member of ParserLimits
+inline std::string limitExceeded(const std::string& file, const std::string& limit,
+                                 const unsigned long& value) {
+  return "File '" + file + "' exceeds the limit " + limit + " (" + Plinth::getLabel(value) + ").\n";
+}
+
+inline std::string includeOutside(const std::string& name) {
+  return "File '" + name + "' lies outside of the search paths (includesBelowSearchPaths).\n";
+}
+
+/// @param chain the names of the files, each included by the one before it
+inline std::string includeCycle(const std::string& name, const std::string& chain) {
+  return "File '" + name + "' includes itself: " + chain + ".\n";
 }
 
 inline std::string fileNotSaved(const std::string& name) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <Plinth/Label.h>
+#include <Quarry/ParserLimits.h>
 
 #include "ByteSearch.h"
 #include "FileAccess.h"
+#include "IncludeGuard.h"
 #include "Messages.h"
 
 #include <deque>
@@ -32,7 +34,7 @@ namespace Quarry {
 /// dropped does not count as "other byte" in rule 4. Each included file begins outside a string and
 /// leaves the file around it untouched.
 ///
-/// Includes nest as deep as memory lasts. Cycles are the caller's duty.
+/// Without limits, includes nest as deep as memory lasts and cycles are the caller's duty.
 ///
 /// `Sink` is told, with offsets into the innermost file's text:
 ///
@@ -49,12 +51,14 @@ namespace Quarry {
 template <class Sink>
 class Preprocessor {
  public:
-  Preprocessor(const std::vector<std::string>& paths, Sink& listener)
-      : searchPaths(paths), sink(listener) {}
+  Preprocessor(const std::vector<std::string>& paths, Sink& listener,
+               const ParserLimits& limits = ParserLimits())
+      : searchPaths(paths), sink(listener), guard(limits, paths) {}
 
   /// Preprocesses the file called `name`.
   /// @return the version that the file declares, 1.0 when it declares none; 0.0 when it or a file
-  ///         that it includes cannot be read, declares version 0 or has an unclosed include
+  ///         that it includes cannot be read, declares version 0, has an unclosed include or
+  ///         exceeds a limit
   double process(const std::string& name) {
     if (!open(name)) return FAILURE;
     for (;;) {
@@ -65,6 +69,7 @@ class Preprocessor {
       const double version = files.back().version;
       sink.endFile(version);
       files.pop_back();
+      guard.close();
       if (version == FAILURE || files.empty()) return version;
     }
   }
@@ -94,17 +99,23 @@ class Preprocessor {
 
   bool open(const std::string& name) {
     const std::string path = locateFile(searchPaths, name);
-    if (path.empty()) {
-      sink.warning(Messages::fileNotFound(name));
-      return false;
-    }
+    if (path.empty()) return refuse(Messages::fileNotFound(name));
+    const std::string objection = guard.object(name, path);
+    if (!objection.empty()) return refuse(objection);
     File file;
-    const LoadResult result = loadFile(name, path, file.text);
-    if (result != LoadResult::LOADED) sink.warning(Messages::fileNotOpened(name));
-    if (result == LoadResult::NOT_OPENED) return false;
+    const LoadResult result = loadFile(name, path, file.text, guard.getAllowance());
+    if (result == LoadResult::TOO_LARGE) return refuse(guard.objectToSize(name));
+    if (result == LoadResult::NOT_OPENED) return refuse(Messages::fileNotOpened(name));
+    if (result == LoadResult::COMPRESSED_NOT_OPENED) sink.warning(Messages::fileNotOpened(name));
+    guard.open(name, path);
     files.push_back(std::move(file));
     sink.beginFile(name, path, files.back().text);
     return true;
+  }
+
+  bool refuse(const std::string& warning) {
+    sink.warning(warning);
+    return false;
   }
 
   /// Goes on with the innermost file, to its end or to the next include.
@@ -240,6 +251,7 @@ class Preprocessor {
 
   const std::vector<std::string>& searchPaths;
   Sink& sink;
+  IncludeGuard guard;
   std::deque<File> files;    ///< the top file first, each included by the one before it
   std::string includedName;  ///< by the directive at which a scan stopped
 };

@@ -1,6 +1,7 @@
 /// The grammar of the text form.
 #pragma once
 
+#include <Quarry/ParserLimits.h>
 #include <Quarry/ParserValue.h>
 #include <Quarry/ParserWord.h>
 
@@ -35,6 +36,8 @@ namespace Quarry {
 ///     beginBracedItem(word)    an item of that name is made, and a group in it; the current item
 ///                              is current again when the group ends
 ///     endGroup(word)           the group ends; `word` is null when it ends with the text
+///     groupLeftOut(word)       a group that is nested too deeply is passed over as a whole; there
+///                              is no current item behind it
 ///     beginCall(word)          the current item is a call; its arguments follow as values
 ///     endCall(word)            the argument list is complete
 ///     endDocument(word)        a closing brace without a group ends the parse
@@ -42,7 +45,10 @@ namespace Quarry {
 template <class Words, class Sink>
 class TextParser {
  public:
-  TextParser(Words& wordSource, Sink& listener) : words(wordSource), sink(listener) {}
+  /// @param nestingDepth how many groups may stand one within another
+  TextParser(Words& wordSource, Sink& listener,
+             unsigned long nestingDepth = ParserLimits::UNLIMITED)
+      : words(wordSource), sink(listener), deepest(nestingDepth) {}
 
   /// Reads to the end of the text, or to a closing brace that closes no group.
   /// @return false when the text ends and the last word at its top level was `<empty>`, drew a
@@ -157,9 +163,24 @@ class TextParser {
   /// A "{" without an item opens nothing, so the "}" that was meant for it closes the group around.
   void openGroup(const ParserWord& word) {
     if (!hasItem()) return warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
-    sink.beginGroup(word);
     level.item = Item::NONE;
+    if (outerLevels.size() >= deepest) return leaveOutGroup(word);
+    sink.beginGroup(word);
     enterLevel();
+  }
+
+  /// Passes over the words of a group up to the brace that closes it. Only braces count.
+  void leaveOutGroup(const ParserWord& word) {
+    sink.groupLeftOut(word);
+    unsigned long open = 1;
+    while (open > 0 && !words.isExhausted()) {
+      const ParserWord* inner = words.next();
+      const bool isOther =
+          inner == nullptr || WordClassifier::classify(*inner) != ParserWord::WORD_UNKNOWN;
+      const char bracket = isOther ? '\0' : WordClassifier::firstByte(*inner);
+      if (bracket == '{') ++open;
+      if (bracket == '}') --open;
+    }
   }
 
   /// "}" ends the group, and at the top level the whole parse.
@@ -230,6 +251,7 @@ class TextParser {
 
   Words& words;
   Sink& sink;
+  const unsigned long deepest;
   Level level;  ///< of the innermost group
   std::vector<Level> outerLevels;
   bool hasEnded = false;  ///< by a closing brace

@@ -70,6 +70,11 @@ class TreeBuilder {
     outers.pop_back();
   }
 
+  void groupLeftOut(const ParserWord& word) {
+    completeItem();
+    if (leftOut.line == 0) leftOut = {word.getLine(), word.getColumn()};
+  }
+
   void beginCall(const ParserWord&) {
     if (isCollecting) {
       isCall = true;
@@ -94,6 +99,10 @@ class TreeBuilder {
     item = made.release();
     if (isCall) item->type = ParserItem::ITEM_CALL;
   }
+
+  /// Tells whether a group was left out, and where the first such group begins.
+  bool leavesOut() const { return leftOut.line != 0; }
+  const ParserItem::Place& getLeftOut() const { return leftOut; }
 
  private:
   /// A group that waits for a nested one to end, and its current item.
@@ -149,6 +158,7 @@ class TreeBuilder {
   ParserGroup* group;          ///< the innermost group
   ParserItem* item = nullptr;  ///< its current item, once it is made
   std::vector<Outer> outers;
+  ParserItem::Place leftOut = {0, 0};  ///< the first group that was; lines count from 1
   const bool isPlainText;
 
   // The current item, as long as its values are collected.

@@ -1,0 +1,71 @@
+#include "IncludeGuard.h"
+
+#include "FileAccess.h"
+#include "Messages.h"
+
+#include <algorithm>
+
+namespace Quarry {
+
+namespace {
+
+/// Tells whether `path` is a file below `folder`; both are free of links.
+bool isBelow(const std::string& path, std::string folder) {
+  if (folder.empty()) return false;
+  if (folder.back() != '/') folder += '/';
+  return path.starts_with(folder);
+}
+
+}  // namespace
+
+IncludeGuard::IncludeGuard(const ParserLimits& allLimits, const std::vector<std::string>& allPaths)
+    : limits(allLimits),
+      isWatching(allLimits.areSet()),
+      searchPaths(allPaths),
+      allowance(allLimits.preprocessedBytes) {}
+
+std::string IncludeGuard::object(const std::string& name, const std::string& path) const {
+  if (!isWatching || files.empty()) return std::string();
+  if (paths.count(path) > 0) return describeCycle(name, path);
+  if (files.size() > limits.includeDepth) {
+    return Messages::limitExceeded(name, "includeDepth", limits.includeDepth);
+  }
+  if (limits.includesBelowSearchPaths && !liesBelowSearchPaths(chooseFile(name, path))) {
+    return Messages::includeOutside(name);
+  }
+  return std::string();
+}
+
+std::string IncludeGuard::objectToSize(const std::string& name) const {
+  return Messages::limitExceeded(name, "preprocessedBytes", limits.preprocessedBytes);
+}
+
+void IncludeGuard::open(const std::string& name, const std::string& path) {
+  if (!isWatching) return;
+  files.push_back({name, path});
+  paths.insert(path);
+}
+
+void IncludeGuard::close() {
+  if (!isWatching) return;
+  paths.erase(files.back().path);
+  files.pop_back();
+}
+
+std::string IncludeGuard::describeCycle(const std::string& name, const std::string& path) const {
+  const auto hasPath = [&path](const OpenFile& file) { return file.path == path; };
+  auto file = std::find_if(files.begin(), files.end(), hasPath);
+  std::string chain;
+  for (; file != files.end(); ++file)
+    chain += "'" + file->name + "' > ";
+  return Messages::includeCycle(name, chain + "'" + name + "'");
+}
+
+bool IncludeGuard::liesBelowSearchPaths(const std::string& path) const {
+  const std::string place = resolvePath(path);
+  return std::any_of(searchPaths.begin(), searchPaths.end(), [&place](const std::string& folder) {
+    return !folder.empty() && isBelow(place, resolvePath(folder));
+  });
+}
+
+}  // namespace Quarry
