@@ -40,6 +40,6 @@ int main(int argc, char** argv) {
   // Every item of the name is removed.
   root.removeItem("sponsors");
 
-  if (!file.write(argv[2])) return 1;
+  if (!file.save(argv[2])) return 1;
   std::cout << "written to " << file.getFilename() << "\n";
 }

@@ -21,6 +21,7 @@
 using Plinth::Console;
 using Quarry::ParserFile;
 using Quarry::ParserGroup;
+using Quarry::ParserLimits;
 using Quarry::ParserValue;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -145,6 +146,80 @@ TEST(FileMessageTest, ADocumentThatCouldNotBeSaved) {
   EXPECT_THAT(console.getTexts(Console::LEVEL_ERROR),
               ElementsAre("ParserFile.write: Can't save project '/dev/full'.\n"));
   expectInManual("ParserFile.write: Can't save project '/dev/full'.\n");
+}
+
+TEST(FileMessageTest, ADocumentThatCouldNotBeReplaced) {
+  const TemporaryFolder folder;
+  fs::permissions(folder.write("locked.cfg", "fps 25"), fs::perms::owner_read);
+  const WorkingDirectory directory(folder.getPath());
+  const WithoutPrivileges ordinary;
+  const RecordingConsole console;
+  ParserFile().save("locked.cfg");
+  const std::string message =
+      "ParserFile.save: Can't save 'locked.cfg': cannot write 'locked.cfg': Permission denied\n";
+  EXPECT_THAT(console.getTexts(Console::LEVEL_ERROR), ElementsAre(message));
+  expectInManual(message);
+}
+
+// --- Limits --------------------------------------------------------------------------------------
+
+namespace {
+
+/// Reads a file within limits and expects exactly one warning, which stands in the manual.
+void expectLimitMessage(const std::string& file, const ParserLimits& limits,
+                        const std::string& message) {
+  const RecordingConsole console;
+  ParserFile document;
+  document.setLimits(limits);
+  EXPECT_FALSE(document.read(file));
+  EXPECT_THAT(console.getWarnings(), ElementsAre(message));
+  expectInManual(message);
+}
+
+}  // namespace
+
+TEST(LimitMessageTest, AnIncludeTooDeep) {
+  const TemporaryFolder folder;
+  const WorkingDirectory directory(folder.getPath());
+  folder.write("harbor.cfg", "#include \"layers.cfg\"");
+  folder.write("layers.cfg", "");
+  ParserLimits limits;
+  limits.includeDepth = 0;
+  expectLimitMessage("harbor.cfg", limits,
+                     "File 'layers.cfg' exceeds the limit includeDepth (0).\n");
+}
+
+TEST(LimitMessageTest, AGroupTooDeep) {
+  const TemporaryFolder folder;
+  const WorkingDirectory directory(folder.getPath());
+  folder.write("harbor.cfg", "camera { fov 39.6 }");
+  ParserLimits limits;
+  limits.nestingDepth = 0;
+  expectLimitMessage(
+      "harbor.cfg", limits,
+      "ParserGroup::setText: (1:7) File 'harbor.cfg' exceeds the limit nestingDepth (0).\n");
+}
+
+TEST(LimitMessageTest, AnIncludeFromElsewhere) {
+  const TemporaryFolder folder;
+  const WorkingDirectory directory(folder.getPath());
+  folder.write("harbor.cfg", "#include \"/etc/passwd\"");
+  ParserLimits limits;
+  limits.includesBelowSearchPaths = true;
+  expectLimitMessage(
+      "harbor.cfg", limits,
+      "File '/etc/passwd' lies outside of the search paths (includesBelowSearchPaths).\n");
+}
+
+TEST(LimitMessageTest, AnIncludeThatComesBack) {
+  const TemporaryFolder folder;
+  const WorkingDirectory directory(folder.getPath());
+  folder.write("a.cfg", "#include \"b.cfg\"");
+  folder.write("b.cfg", "#include \"a.cfg\"");
+  ParserLimits limits;
+  limits.includeDepth = 8;
+  expectLimitMessage("a.cfg", limits,
+                     "File 'a.cfg' includes itself: 'a.cfg' > 'b.cfg' > 'a.cfg'.\n");
 }
 
 // --- Values and names ----------------------------------------------------------------------------

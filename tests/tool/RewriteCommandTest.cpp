@@ -45,7 +45,15 @@ TEST(RewriteCommandTest, TheTargetIsLeftAloneWhenReadingFails) {
 
 TEST(RewriteCommandTest, ATargetThatCannotBeOpenedIsNamed) {
   EXPECT_EQ(runTool({"rewrite", "-", "-o", "/nowhere/out.cfg"}, "a 1"),
-            (Result{2, "", "quarry: error: Cannot write '/nowhere/out.cfg'.\n"}));
+            (Result{2, "",
+                    "quarry: error: ParserFile.save: Can't save '/nowhere/out.cfg': cannot open "
+                    "the folder of '/nowhere/out.cfg': No such file or directory\n"}));
+}
+
+TEST(RewriteCommandTest, AFolderAsTargetIsRefused) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(runTool({"rewrite", "-", "-o", folder.getPath()}, "a 1"),
+            (Result{2, "", "quarry: error: Cannot write '" + folder.getPath() + "'.\n"}));
 }
 
 TEST(RewriteCommandTest, ATargetOnAFullDiskIsNamed) {

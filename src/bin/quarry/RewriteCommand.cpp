@@ -2,12 +2,24 @@
 #include "Failure.h"
 #include "Texts.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace Tool {
 
 namespace {
 
+/// A file is replaced as a whole; a device or a pipe takes the text as it comes.
 void writeFile(Quarry::ParserFile& file, const std::string& name) {
-  if (!file.write(name)) throw Failure(Texts::cannotWrite(name));
+  std::error_code ignored;
+  const std::filesystem::file_type type = std::filesystem::status(name, ignored).type();
+  const bool isFile =
+      type == std::filesystem::file_type::regular || type == std::filesystem::file_type::not_found;
+  if (isFile) {
+    file.save(name);  // its error tells why not, and makes the tool fail
+  } else if (!file.write(name)) {
+    throw Failure(Texts::cannotWrite(name));
+  }
 }
 
 }  // namespace
@@ -18,7 +30,7 @@ void rewrite(const Document& document, const std::string& target, Output& output
   document.read(file);
   if (target != "-") return writeFile(file, target);
   const MemoryFile copy;
-  writeFile(file, copy.getPath());
+  if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(target));
   output.writeText(copy.read());
 }
 

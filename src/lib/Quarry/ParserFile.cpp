@@ -6,6 +6,7 @@
 #include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
 #include "internal/FileAccess.h"
+#include "internal/FileReplacement.h"
 #include "internal/Messages.h"
 #include "internal/ParserWordStream.h"
 #include "internal/Preprocessor.h"
@@ -84,6 +85,14 @@ void declareVersion(const ParserGroup& root, std::string& text) {
   }
 }
 
+/// Returns the text of a whole document.
+std::string renderDocument(const ParserFile& file) {
+  std::string text;
+  declareVersion(file.getRoot(), text);
+  file.getText(text);
+  return text;
+}
+
 /// Says why, and that, data is no binary document; returns false.
 bool refuseBinary(const std::string& reason) {
   Plinth::console.print(reason, std::string());
@@ -146,9 +155,7 @@ bool ParserFile::write(const std::string& name) {
   if (!name.empty()) setFilename(name);
   QFile file;
   if (!openFile(file, filename, QIODevice::WriteOnly)) return false;
-  std::string text;
-  declareVersion(*root, text);
-  getText(text);
+  const std::string text = renderDocument(*this);
   const auto length = static_cast<qint64>(text.size());
   const qint64 written = file.write(text.data(), length);
   file.close();
@@ -158,6 +165,21 @@ bool ParserFile::write(const std::string& name) {
     Plinth::console.error(Messages::fileNotSaved(name), std::string());
   }
   return true;
+}
+
+/// The text is complete before the disk is touched.
+bool ParserFile::save(const std::string& name) {
+  if (!name.empty()) setFilename(name);
+  const std::string text = renderDocument(*this);
+  FileReplacement replacement(filename);
+  const bool isSaved = replacement.write(text);
+  if (isSaved) {
+    Plinth::console.debug(Messages::fileWritten(filename, text.size()), std::string());
+  } else {
+    Plinth::console.error(Messages::fileNotReplaced(filename, replacement.getProblem()),
+                          std::string());
+  }
+  return isSaved;
 }
 
 double ParserFile::preprocessFile(std::string& out, const std::string& file,

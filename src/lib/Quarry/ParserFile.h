@@ -18,7 +18,7 @@ namespace Quarry {
 /// file.setSearchPaths({"/usr/share/studio", "projects"});
 /// if (!file.read("harbor.cfg")) return 1;  // the console has said why
 /// file.getRoot().getItem("title")->setString("Harbor, second cut", 0);
-/// file.write("projects/harbor.cfg");
+/// file.save("projects/harbor.cfg");
 /// ```
 ///
 /// How a file is read: it is looked for in each search path, in order, and last under its own name.
@@ -129,6 +129,27 @@ class QUARRY_EXPORT ParserFile {
   /// @param name the file; empty for the stored file name
   /// @return whether the file could be opened for writing; false without a message otherwise
   bool write(const std::string& name);
+
+  /// Writes the document as write() does, and safely: the file holds the old document or the new
+  /// one at every moment, also when the disk is full or the power fails, and never a part of one.
+  ///
+  /// The text goes to a new file in the same folder, is flushed to the disk, and takes the place of
+  /// the old one. Mode, owner and group of the file stay, and a symbolic link keeps leading to it.
+  /// Other hard links keep the old document; access control lists and extended attributes are lost.
+  ///
+  /// Refused are what is no regular file (a device, a pipe), a file that may not be written, a
+  /// folder in which no file can be made or that cannot be read, and a file of another owner unless
+  /// the process may give files away.
+  ///
+  /// Messages: "Written 123bytes in 'name'." to debug, or the error "ParserFile.save: Can't save
+  /// 'name': cannot write 'name': No space left on device\n" with the step that failed and the
+  /// system's reason; the name is the one that the document has.
+  ///
+  /// @param name the file; empty for the stored file name
+  /// @return whether the new document is in place and on the disk. Otherwise the old one is there
+  ///         as it was; unless the message tells that it was the folder that could not be flushed:
+  ///         then the new document is there, but might not outlive a power failure.
+  bool save(const std::string& name);
 
   /// Appends to `out` the text of a file with includes expanded, comments dropped and version lines
   /// taken out. Called by read(), which also looks for the file under its own name.

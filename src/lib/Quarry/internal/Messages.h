@@ -117,6 +117,11 @@ inline std::string fileNotSaved(const std::string& name) {
   return "ParserFile.write: Can't save project '" + name + "'.\n";
 }
 
+/// @param problem what went wrong, and why
+inline std::string fileNotReplaced(const std::string& name, const std::string& problem) {
+  return "ParserFile.save: Can't save '" + name + "': " + problem + "\n";
+}
+
 inline std::string fileWritten(const std::string& name, const unsigned long& bytes) {
   return "Written " + Plinth::getLabel(bytes) + "bytes in '" + name + "'.";
 }
