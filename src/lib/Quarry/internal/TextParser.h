@@ -169,8 +169,9 @@ class TextParser {
     enterLevel();
   }
 
-  /// Passes over the words of a group up to the brace that closes it. Only braces count.
-  void leaveOutGroup(const ParserWord& word) {
+  /// Passes over the words of a group up to the brace that closes it. Only braces count. Not
+  /// inlined: it is for few groups and would burden all.
+  [[gnu::noinline]] void leaveOutGroup(const ParserWord& word) {
     sink.groupLeftOut(word);
     unsigned long open = 1;
     while (open > 0 && !words.isExhausted()) {
