@@ -120,8 +120,7 @@ void* operator new[](std::size_t size, std::align_val_t alignment) {
 void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
   return allocateOrNull(size, alignment);
 }
-void* operator new[](std::size_t size, std::align_val_t alignment,
-                     const std::nothrow_t&) noexcept {
+void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
   return allocateOrNull(size, alignment);
 }
 
@@ -158,15 +157,12 @@ void giveBackRealBlock(LargeBlocks* blocks, void* block,
 void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int file,
                  off_t offset) asm("__wrap_mmap");
 void* takeSlab(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource4takeEv");
-void giveBackSlab(SlabSource* source,
-                  void* slab) asm("__wrap__ZN6Quarry10SlabSource8giveBackEPv");
-void* takeBlock(LargeBlocks* blocks,
-                std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks4takeEm");
+void giveBackSlab(SlabSource* source, void* slab) asm("__wrap__ZN6Quarry10SlabSource8giveBackEPv");
+void* takeBlock(LargeBlocks* blocks, std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks4takeEm");
 void giveBackBlock(LargeBlocks* blocks, void* block,
                    std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks8giveBackEPvm");
 
-void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int file,
-                 off_t offset) {
+void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int file, off_t offset) {
   if (Attempt::takesAllocation(Whose::OWN)) {
     errno = ENOMEM;
     return MAP_FAILED;
@@ -269,7 +265,8 @@ struct Setting {
 
   std::string describe() const {
     const bool isOne = loss == Attempt::Loss::ONE_ALLOCATION;
-    return "allocation " + std::to_string(allocation) + (isOne ? " failed" : " and all later failed");
+    return "allocation " + std::to_string(allocation) +
+           (isOne ? " failed" : " and all later failed");
   }
 };
 

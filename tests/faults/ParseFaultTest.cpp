@@ -101,7 +101,8 @@ TEST(ParseFaultTest, AListOfLongStrings) {
 }
 
 TEST(ParseFaultTest, WordsWithZeroBytes) {
-  const std::string text = "a_name_that_is_long 1 \"a string that is longer than a value\" b 0x01 c 2";
+  const std::string text =
+      "a_name_that_is_long 1 \"a string that is longer than a value\" b 0x01 c 2";
   checkReading(text + '\0' + " d 3");
 }
 
@@ -143,9 +144,7 @@ TEST(ParseFaultTest, WarningsThatAConsoleKeeps) {
 
 TEST(ParseFaultTest, WarningsArriveInOrderUpToTheFault) {
   const std::string text = repeat("a ,\n", 6);
-  const auto read = [&text] {
-    ParserGroup("root").setText(text, 1.1);
-  };
+  const auto read = [&text] { ParserGroup("root").setText(text, 1.1); };
   std::vector<std::string> expected;
   {
     const RecordingConsole console;

@@ -1,0 +1,141 @@
+// Memory that runs out while trees are written as text or bytes.
+
+#include <Quarry/ParserFile.h>
+#include <Quarry/ParserGroup.h>
+#include <Quarry/ParserItem.h>
+#include <Quarry/ParserValue.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Faults.h"
+#include "support/Bytes.h"
+#include "support/Documents.h"
+
+using Quarry::ParserFile;
+using Quarry::ParserGroup;
+using Quarry::ParserItem;
+using Quarry::ParserValue;
+using TestSupport::Attempt;
+using TestSupport::Bytes;
+using TestSupport::forEveryFault;
+using TestSupport::readText;
+using TestSupport::writeLines;
+
+namespace {
+
+const std::string LONG_STRING = "a string that is longer than a value";
+
+std::string makeText(int count) {
+  std::string text = "#Keyword 1";
+  for (int i = 0; i < count; ++i) {
+    text += "\nan_item_with_a_long_name_" + std::to_string(i) + " yes 1 2.5 \"short\" \"" +
+            LONG_STRING + "\" 0x0102030400000000 { a 1 b { c \"" + LONG_STRING + "\" } }";
+  }
+  return text + "\nlist" + std::string(200, ' ') + "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16";
+}
+
+const std::string TEXT = makeText(8);
+
+}  // namespace
+
+// --- Text ----------------------------------------------------------------------------------------
+
+TEST(WriteFaultTest, TheTextOfADocument) {
+  ParserFile file;
+  file.getRoot().setText(TEXT, 1.1);
+  const std::string expected = writeLines(file.getRoot());
+  forEveryFault([&](Attempt& attempt) {
+    std::string text;
+    const bool isComplete = attempt.run([&] { file.getText(text); });
+    EXPECT_EQ(text, isComplete ? expected : expected.substr(0, text.size()));
+    EXPECT_EQ(writeLines(file.getRoot()), expected);
+  });
+}
+
+TEST(WriteFaultTest, TheTextOfADeepGroup) {
+  const std::unique_ptr<ParserGroup> root = readText(TestSupport::makeDeepText(100));
+  const std::string expected = TestSupport::writeOneLine(*root);
+  forEveryFault([&](Attempt& attempt) {
+    std::string text;
+    attempt.run([&] { root->getText(text, false, false, 1); });
+    EXPECT_EQ(text, expected.substr(0, text.size()));
+    EXPECT_EQ(TestSupport::writeOneLine(*root), expected);
+  });
+}
+
+TEST(WriteFaultTest, TheTextOfABlockIsMadeWhenItIsWritten) {
+  std::string bytes(40, 'A');
+  std::string expected;
+  ParserValue(bytes.data(), bytes.size()).getText(expected, true, 1);
+  forEveryFault([&](Attempt& attempt) {
+    const ParserValue value(bytes.data(), bytes.size());
+    std::string text;
+    const bool isComplete = attempt.run([&] { value.getText(text, true, 1); });
+    EXPECT_EQ(text, isComplete ? expected : "");
+    std::string again;
+    value.getText(again, true, 1);
+    EXPECT_EQ(again, expected);
+  });
+}
+
+TEST(WriteFaultTest, AnItemAndItsValues) {
+  const std::unique_ptr<ParserGroup> root = readText(TEXT);
+  const ParserItem& item = *root->getItem(0UL);
+  std::string expected;
+  item.getText(expected, true, 3);
+  forEveryFault([&](Attempt& attempt) {
+    std::string text;
+    attempt.run([&] {
+      item.getText(text, true, 3);
+      std::string values;
+      item.getValueText(values, false, 1);
+      std::string word = item.getWord(4);
+    });
+    EXPECT_EQ(text, expected.substr(0, text.size()));
+  });
+}
+
+// --- Encode --------------------------------------------------------------------------------------
+
+TEST(EncodeFaultTest, ADocument) {
+  ParserFile file;
+  file.getRoot().setText(TEXT, 1.1);
+  const Bytes expected = file.getBinary();
+  forEveryFault([&](Attempt& attempt) {
+    Bytes bytes;
+    const bool isComplete = attempt.run([&] { bytes = file.getBinary(); });
+    EXPECT_EQ(bytes, isComplete ? expected : Bytes());
+    EXPECT_EQ(file.getBinary(), expected);
+  });
+}
+
+TEST(EncodeFaultTest, ADeepGroup) {
+  const std::unique_ptr<ParserGroup> root = readText(TestSupport::makeDeepText(100));
+  const Bytes expected = root->getBinary(true);
+  forEveryFault([&](Attempt& attempt) {
+    Bytes bytes;
+    const bool isComplete = attempt.run([&] { bytes = root->getBinary(true); });
+    EXPECT_EQ(bytes, isComplete ? expected : Bytes());
+  });
+}
+
+TEST(EncodeFaultTest, ValuesAndItemsByThemselves) {
+  const std::unique_ptr<ParserGroup> root = readText(TEXT);
+  const ParserItem& item = *root->getItem(0UL);
+  forEveryFault([&](Attempt& attempt) {
+    Bytes buffer;
+    attempt.run([&] {
+      unsigned long count = 0;
+      ParserValue(LONG_STRING).getBinary(buffer, count, true);
+      ParserValue::groupToBin(buffer, *root);
+      ParserValue::stringToBin(buffer, LONG_STRING);
+      std::string block(100, 'b');
+      ParserValue::binaryDataToBin(buffer, block.data(), block.size());
+      item.getBinary();
+    });
+    EXPECT_TRUE(buffer.empty() || buffer[0] == ParserValue::TYPE_STRING);
+  });
+}
