@@ -108,7 +108,7 @@ ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long ind
   constexpr unsigned long AHEAD = 12;  ///< items; their names come from memory in the meantime
   if (plainCount >= LARGE && comparisons > SCANS * plainCount) {
     makeNames();
-    return names != nullptr ? names->find(wanted) : nullptr;
+    if (names != nullptr) return names->find(wanted);
   }
   for (unsigned long i = index; i < plainCount; ++i) {
     if (i + AHEAD < plainCount) __builtin_prefetch(plainAt(i + AHEAD));
