@@ -3,6 +3,7 @@
 #include <Quarry/internal/LargeBlocks.h>
 #include <Quarry/internal/SlabSource.h>
 
+#include <dlfcn.h>
 #include <sys/mman.h>
 
 #include <atomic>
@@ -14,6 +15,7 @@
 #include <ostream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -193,6 +195,23 @@ void* takeBlock(LargeBlocks* blocks, std::size_t size) {
 void giveBackBlock(LargeBlocks* blocks, void* block, std::size_t size) {
   --liveLargeBlocks;
   giveBackRealBlock(blocks, block, size);
+}
+
+// --- RE2 -----------------------------------------------------------------------------------------
+
+// What it has so far, RE2 does not free when it runs out of memory itself: so it never does here.
+
+using CompileExpression = void(void* expression, const void* pattern, const void* options);
+
+__attribute__((visibility("default")))
+CompileExpression compileExpression asm("_ZN3re23RE2C1ERKNS_11StringPieceERKNS0_7OptionsE");
+
+void compileExpression(void* expression, const void* pattern, const void* options) {
+  static const auto compile = reinterpret_cast<CompileExpression*>(
+      dlsym(RTLD_NEXT, "_ZN3re23RE2C1ERKNS_11StringPieceERKNS0_7OptionsE"));
+  Attempt* const paused = std::exchange(current, nullptr);
+  compile(expression, pattern, options);
+  current = paused;
 }
 
 namespace TestSupport {

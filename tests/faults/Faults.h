@@ -54,10 +54,11 @@ class Attempt {
 /// });
 /// ```
 ///
-/// What is counted: every `operator new` of the process, also those that the standard library, RE2
-/// and Qt call; the slabs and large blocks that the library takes for the parts of trees; `mmap` as
-/// the library calls it. Qt gets the memory of its strings and arrays by `malloc` within its own
-/// library, which no test reaches: a program that runs out there is ended by Qt.
+/// What is counted: every `operator new` of the process, also those that the standard library and
+/// Qt call; the slabs and large blocks that the library takes for the parts of trees; `mmap` as the
+/// library calls it. Left alone is what RE2 takes to compile a pattern, which it does not free when
+/// memory runs out, and what Qt takes by `malloc` within its own library: a program that runs out
+/// there is ended by Qt.
 ///
 /// Each operation, and each scenario, has a thread of its own, which holds no memory for parts of
 /// trees yet: the first part of each size needs a new slab, and at the thread's end every slab must
