@@ -94,6 +94,26 @@ INSTANTIATE_TEST_SUITE_P(BinaryDamageTest, ChangedByteTest,
                            return "To" + std::to_string(value.param);
                          });
 
+/// Every byte is replaced by every other.
+class ShortDocumentDamageTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(ShortDocumentDamageTest, EveryChangedByteIsSurvived) {
+  ParserFile file;
+  file.getRoot().setText(GetParam(), 1.1);
+  const Bytes data = file.getBinary();
+  for (std::size_t place = 0; place < data.size(); ++place) {
+    Bytes changed = data;
+    for (int step = 1; step < 256; ++step) {
+      ++changed[place];
+      readAndUse(changed);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(BinaryDamageTest, ShortDocumentDamageTest,
+                         testing::Values("a yes 12 1.5", "s \"text\" \"\"", "b 0x0102FF02010000",
+                                         "g { h { i 1 } }\nj 2", "f(1) e <empty>"));
+
 class ChangedSizeTest : public testing::TestWithParam<unsigned long long> {};
 
 /// Puts a size over any eight bytes: over the real sizes, and over everything else.
