@@ -131,7 +131,7 @@ ParserItem* ParserGroup::getKeyword(const std::string& wanted) const {
   if (positions == nullptr) return nullptr;
   for (const unsigned long position : positions->keywords) {
     ParserItem* item = items[position];
-    if (item != nullptr && item->name == wanted) return item;
+    if (item->name == wanted) return item;
   }
   return nullptr;
 }

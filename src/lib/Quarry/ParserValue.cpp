@@ -112,10 +112,8 @@ std::unique_ptr<ParserValue::BinaryBlock> ParserValue::readBlock(std::string_vie
   return makeBlock(std::move(bytes), size);
 }
 
-/// Groups and blocks have no text of their own to begin with, and other numbers are no types.
-bool ParserValue::isKeptAsText(Type type) {
-  return type != TYPE_BINARYDATA && type > TYPE_GROUP && type <= TYPE_EMPTY;
-}
+/// Asked of all types but those of groups and blocks; other numbers are no types.
+bool ParserValue::isKeptAsText(Type type) { return type > TYPE_GROUP && type <= TYPE_EMPTY; }
 
 /// The text of a block is only a cache and is left behind.
 ParserValue::ParserValue(const ParserValue& other) : ParserValue(Form::TEXT, other.type) {
@@ -295,7 +293,7 @@ void ParserValue::clear() {
 /// Frees what the value owns.
 void ParserValue::release() noexcept {
   if (isGroup()) return delete content.slot.group;
-  if (type == TYPE_BINARYDATA && dataValid) delete content.data.block;
+  if (type == TYPE_BINARYDATA) delete content.data.block;
   if (textLength == LONG_TEXT) freeLongText();
   if (textLength == STRING_TEXT) delete content.data.string;
 }
@@ -371,8 +369,7 @@ void ParserValue::makeText() const {
       std::string text;
       appendBinaryText(text, {content.data.block->data.get(), content.data.block->size});
       storeText(text, SLOT_TEXT);
-      break;
-    }
+    } break;
     default: {
       const char byte = lowByte(toInt(getNumber()));
       storeText({&byte, 1}, SLOT_TEXT);

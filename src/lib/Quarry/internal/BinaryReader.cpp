@@ -181,6 +181,14 @@ bool BinaryReader::makeNumber(Make make, Convert convert) {
   return isWhole;
 }
 
+/// Makes a value of a block.
+template <class Make>
+void BinaryReader::makeBlock(Make make) {
+  unsigned long count = 0;
+  std::unique_ptr<char[]> block = readBlock(count);
+  make(ParserValue::makeBlock(std::move(block), count));
+}
+
 /// Reads what stands behind a tag and makes a value of it; false where there is none. Of a group
 /// nothing is read yet: it is made empty.
 template <class Make>
@@ -198,12 +206,7 @@ bool BinaryReader::readPayload(unsigned char tag, Make make) {
     case ParserValue::TYPE_STRING:
       make(ParserValue::Form::DATA, ParserValue::TYPE_STRING, readString(), bytes + size);
       return true;
-    case ParserValue::TYPE_BINARYDATA: {
-      unsigned long count = 0;
-      std::unique_ptr<char[]> block = readBlock(count);
-      make(ParserValue::makeBlock(std::move(block), count));
-      return true;
-    }
+    case ParserValue::TYPE_BINARYDATA: makeBlock(make); return true;
     default: return false;
   }
 }

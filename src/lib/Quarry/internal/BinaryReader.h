@@ -98,6 +98,8 @@ class BinaryReader {
   bool readPayload(unsigned char tag, Make make);
   template <unsigned long COUNT, class Make, class Convert>
   bool makeNumber(Make make, Convert convert);
+  template <class Make>
+  void makeBlock(Make make);
   void dropItem();
 
   /// Tells whether `count` bytes are left.

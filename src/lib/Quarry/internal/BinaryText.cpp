@@ -13,7 +13,7 @@ constexpr char DIGITS[] = "0123456789ABCDEF";
 
 constexpr std::uint8_t NO_DIGIT = 0xFF;
 
-constexpr std::array<std::uint8_t, 256> makeDigitValues() {
+consteval std::array<std::uint8_t, 256> makeDigitValues() {
   std::array<std::uint8_t, 256> values{};
   for (std::uint8_t& value : values)
     value = NO_DIGIT;

@@ -20,7 +20,7 @@ enum ByteClass : std::uint8_t {
 
 namespace detail {
 
-constexpr std::array<std::uint8_t, 256> makeByteClasses() {
+consteval std::array<std::uint8_t, 256> makeByteClasses() {
   std::array<std::uint8_t, 256> classes{};
   const auto add = [&classes](const char* bytes, ByteClass added) {
     for (; *bytes != 0; ++bytes) {
