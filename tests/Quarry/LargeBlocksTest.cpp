@@ -9,6 +9,8 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <random>
 #include <thread>
 #include <utility>
@@ -93,6 +95,10 @@ TEST_F(LargeBlocksTest, BlocksThatLiveTogetherDoNotOverlap) {
     blocks.emplace_back(LargeBlocks::SMALLEST + i * std::size_t(10007), i);
   for (const Block& block : blocks)
     EXPECT_TRUE(block.isIntact());
+}
+
+TEST_F(LargeBlocksTest, ABlockThatNoMemoryHoldsIsRefused) {
+  EXPECT_THROW(take(std::numeric_limits<std::size_t>::max()), std::bad_alloc);
 }
 
 TEST_F(LargeBlocksTest, AReturnedBlockIsTheNextOfItsSize) {

@@ -5,9 +5,14 @@
 #include <Quarry/internal/NameIndex.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <random>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "GroupModel.h"
@@ -45,6 +50,17 @@ std::vector<std::string> makeNames(const std::string& prefix, int count) {
   return names;
 }
 
+/// Returns two names whose hashes agree in the 32 bits that an index keeps.
+std::pair<std::string, std::string> findNamesOfOneHash() {
+  std::unordered_map<std::uint32_t, std::string> names;
+  for (unsigned long i = 0;; ++i) {
+    const std::string name = "item" + std::to_string(i);
+    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
+    const auto [known, isNew] = names.emplace(hash, name);
+    if (!isNew) return {known->second, name};
+  }
+}
+
 /// Fills a group with items of these names and looks for an absent one until an index is made.
 std::unique_ptr<ParserGroup> makeIndexedGroup(const std::vector<std::string>& names) {
   auto group = std::make_unique<ParserGroup>("root");
@@ -79,6 +95,20 @@ TEST(NameIndexTest, BeginningsOfNamesAreNotFound) {
   EXPECT_EQ(index.find("camera.len"), nullptr);
   EXPECT_EQ(index.find("cam"), nullptr);
   EXPECT_EQ(index.find(""), nullptr);
+}
+
+TEST(NameIndexTest, NamesOfOneHashAreToldApart) {
+  const auto [name, other] = findNamesOfOneHash();
+  const ItemList items({name, other});
+  const NameIndex index = items.makeIndex();
+  EXPECT_EQ(index.find(name), items[0]);
+  EXPECT_EQ(index.find(other), items[1]);
+}
+
+TEST(NameIndexTest, ANameThatOnlySharesItsHashIsNotFound) {
+  const auto [name, other] = findNamesOfOneHash();
+  const NameIndex index = ItemList({name}).makeIndex();
+  EXPECT_EQ(index.find(other), nullptr);
 }
 
 TEST(NameIndexTest, OfItemsWithOneNameTheFirstIsFound) {

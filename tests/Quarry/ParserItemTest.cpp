@@ -156,6 +156,13 @@ TEST(ParserItemTest, AnEmptyTemplateNameEndsTheTemplate) {
   EXPECT_FALSE(item.isTemplate());
 }
 
+TEST(ParserItemTest, AnEmptyTemplateNameMakesNoTemplateInstance) {
+  ParserItem item = makeItem();
+  item.setTemplate("");
+  EXPECT_FALSE(item.isTemplate());
+  EXPECT_EQ(item.getTemplate(), "");
+}
+
 TEST(ParserItemTest, SetFoldingWritesAGroupBetweenFoldMarkers) {
   ParserItem item = makeItem();
   item.addGroup(nullptr);
