@@ -331,17 +331,15 @@ unsigned long runUntilUntouched(const Scenario& scenario, Attempt::Loss loss,
 /// Says in the end how many faults there were in all.
 class Summary : public testing::Environment {
  public:
-  void add(unsigned long faults) {
-    ++scenarioCount;
-    faultCount += faults;
+  void add(unsigned long count) {
+    ++scenarios;
+    faults += count;
   }
-  void TearDown() override {
-    std::printf("%lu faults in %lu scenarios\n", faultCount, scenarioCount);
-  }
+  void TearDown() override { std::printf("%lu faults in %lu scenarios\n", faults, scenarios); }
 
  private:
-  unsigned long scenarioCount = 0;
-  unsigned long faultCount = 0;
+  unsigned long scenarios = 0;
+  unsigned long faults = 0;
 };
 
 Summary& summary() {
@@ -357,9 +355,13 @@ void forEveryFault(const Scenario& scenario, Attempt::Whose counted) {
   const unsigned long faults =
       runUntilUntouched(scenario, Attempt::Loss::ONE_ALLOCATION, counted) +
       runUntilUntouched(scenario, Attempt::Loss::ALL_FROM_THERE_ON, counted);
-  EXPECT_GT(faults, 0U);
-  testing::Test::RecordProperty("faults", std::to_string(faults));
-  summary().add(faults);
+  recordFaults(faults);
+}
+
+void recordFaults(unsigned long count) {
+  EXPECT_GT(count, 0U);
+  testing::Test::RecordProperty("faults", std::to_string(count));
+  summary().add(count);
 }
 
 // --- Slabs ---------------------------------------------------------------------------------------

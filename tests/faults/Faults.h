@@ -69,6 +69,9 @@ class Attempt {
 void forEveryFault(const std::function<void(Attempt&)>& scenario,
                    Attempt::Whose counted = Attempt::Whose::OWN);
 
+/// Adds faults that a test has brought about by itself to what is reported in the end.
+void recordFaults(unsigned long count);
+
 /// Tells whether allocations of the C library can fail here: a sanitizer has an allocator of its
 /// own.
 bool reachesCLibrary();
