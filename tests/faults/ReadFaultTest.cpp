@@ -41,23 +41,21 @@ class ReadFaultTest : public testing::Test {
  protected:
   /// Expects that reading the file fails cleanly wherever memory runs out, and works with the same
   /// document when there is memory again.
-  void checkReading(const std::string& name, Attempt::Whose counted = Attempt::Whose::OWN) {
+  void checkReading(const std::string& name) {
     const std::string expected = readAndWrite(name);
-    forEveryFault(
-        [&](Attempt& attempt) {
-          const RecordingConsole console;
-          ParserFile file;
-          file.setSearchPaths(paths);
-          bool result = false;
-          const bool isComplete = attempt.run([&] { result = file.read(name); });
-          EXPECT_EQ(result, isComplete);
-          EXPECT_TRUE(console.isSilent());
-          if (isComplete) {
-            EXPECT_EQ(writeLines(file.getRoot()), expected);
-          }
-          checkReadingAgain(file, name, expected);
-        },
-        counted);
+    forEveryFault([&](Attempt& attempt) {
+      const RecordingConsole console;
+      ParserFile file;
+      prepare(file);
+      bool result = false;
+      const bool isComplete = attempt.run([&] { result = file.read(name); });
+      EXPECT_EQ(result, isComplete);
+      EXPECT_TRUE(console.isSilent());
+      if (isComplete) {
+        EXPECT_EQ(writeLines(file.getRoot()), expected);
+      }
+      checkReadingAgain(file, name, expected);
+    });
   }
 
   void checkReadingAgain(ParserFile& file, const std::string& name, const std::string& expected) {
@@ -69,15 +67,35 @@ class ReadFaultTest : public testing::Test {
     EXPECT_EQ(file.getSearchPaths(), paths);
   }
 
+  /// Expects that reading fails with one warning, or because memory runs out.
+  void expectOneWarning(const std::string& name) {
+    forEveryFault([&](Attempt& attempt) {
+      const RecordingConsole console;
+      ParserFile file;
+      prepare(file);
+      bool result = false;
+      const bool isComplete = attempt.run([&] { result = file.read(name); });
+      EXPECT_FALSE(result);
+      EXPECT_EQ(console.getWarnings().size(), isComplete ? 1U : 0U);
+      EXPECT_EQ(writeLines(file.getRoot()), "");
+    });
+  }
+
+  void prepare(ParserFile& file) {
+    file.setSearchPaths(paths);
+    file.setLimits(limits);
+  }
+
   std::string readAndWrite(const std::string& name) {
     ParserFile file;
-    file.setSearchPaths(paths);
+    prepare(file);
     EXPECT_TRUE(file.read(name));
     return writeLines(file.getRoot());
   }
 
   const TemporaryFolder folder;
   std::vector<std::string> paths = {folder.getPath("missing"), folder.getPath()};
+  Quarry::ParserLimits limits;
 };
 
 }  // namespace
@@ -116,16 +134,7 @@ TEST_F(ReadFaultTest, AFileThatIncludesOthersWithinOthers) {
 
 TEST_F(ReadFaultTest, AnIncludedFileThatIsMissingIsToldOfOrMemoryRunsOut) {
   folder.write(LONG_FILE, "a 1 #include \"a_file_that_is_missing_and_has_a_long_name.cfg\"");
-  forEveryFault([&](Attempt& attempt) {
-    const RecordingConsole console;
-    ParserFile file;
-    file.setSearchPaths(paths);
-    bool result = false;
-    const bool isComplete = attempt.run([&] { result = file.read(LONG_FILE); });
-    EXPECT_FALSE(result);
-    EXPECT_EQ(console.getWarnings().size(), isComplete ? 1U : 0U);
-    EXPECT_EQ(writeLines(file.getRoot()), "");
-  });
+  expectOneWarning(LONG_FILE);
 }
 
 TEST_F(ReadFaultTest, TheTextThatIsPreprocessed) {
@@ -144,6 +153,47 @@ TEST_F(ReadFaultTest, TheTextThatIsPreprocessed) {
     EXPECT_EQ(version, isComplete ? 1.1 : -1.0);
     EXPECT_EQ(text, isComplete ? expected : expected.substr(0, text.size()));
     EXPECT_EQ(file.getSearchPaths(), paths);
+  });
+}
+
+// --- Limits --------------------------------------------------------------------------------------
+
+TEST_F(ReadFaultTest, AFileWithinLimits) {
+  folder.write("deep.cfg", "deep { a 1 } ");
+  folder.write("sub.cfg", "x 1 #include \"deep.cfg\" z 1 ");
+  folder.write(LONG_FILE, TEXT + "#include \"sub.cfg\"\n#include \"deep.cfg\"\n");
+  limits.includeDepth = 2;
+  limits.preprocessedBytes = 1000;
+  limits.nestingDepth = 1;
+  limits.includesBelowSearchPaths = true;
+  checkReading(LONG_FILE);
+}
+
+TEST_F(ReadFaultTest, AFileThatIncludesItselfIsToldOfOrMemoryRunsOut) {
+  folder.write(LONG_FILE, "a 1 #include \"a_second_file_with_a_long_name.cfg\"");
+  folder.write("a_second_file_with_a_long_name.cfg", "b 2 #include \"" + LONG_FILE + '"');
+  limits.includeDepth = 5;
+  expectOneWarning(LONG_FILE);
+}
+
+TEST_F(ReadFaultTest, AFileThatExceedsALimitIsToldOfOrMemoryRunsOut) {
+  folder.write(LONG_FILE, TEXT + std::string(1000, ' '));
+  limits.preprocessedBytes = 1000;
+  expectOneWarning(LONG_FILE);
+}
+
+TEST_F(ReadFaultTest, AGroupThatIsTooDeepIsToldOfOrMemoryRunsOut) {
+  folder.write(LONG_FILE, repeat("g { h { i { a 1 } } }\n", 5));
+  limits.nestingDepth = 1;
+  forEveryFault([&](Attempt& attempt) {
+    const RecordingConsole console;
+    ParserFile file;
+    prepare(file);
+    bool result = true;
+    const bool isComplete = attempt.run([&] { result = file.read(LONG_FILE); });
+    EXPECT_EQ(result, !isComplete);
+    EXPECT_EQ(console.getWarnings().size(), isComplete ? 1U : 0U);
+    expectConsistent(file.getRoot());
   });
 }
 
