@@ -12,12 +12,15 @@
 
 namespace TestSupport {
 
-/// How often something is done that has to need much memory. With the address sanitizer each part
-/// of a tree is an allocation and so a fault of its own: there, few are many.
+/// How often something is done that has to need much memory, and how many groups stand one within
+/// another. With the address sanitizer each part of a tree is an allocation and so a fault of its
+/// own: there, few are many.
 #ifdef QUARRY_PLAIN_HEAP
-constexpr int MANY = 40;
+constexpr int MANY = 25;
+constexpr int DEEP = 25;
 #else
 constexpr int MANY = 3000;
+constexpr int DEEP = 150;
 #endif
 
 /// Expects that a group can be written, copied, encoded, decoded and looked through.

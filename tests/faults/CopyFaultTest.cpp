@@ -84,7 +84,7 @@ TEST(CopyFaultTest, AGroup) {
 }
 
 TEST(CopyFaultTest, ADeepGroup) {
-  const std::string text = TestSupport::makeDeepText(100);
+  const std::string text = TestSupport::makeDeepText(TestSupport::DEEP);
   forEveryFault([&](Attempt& attempt) {
     const std::unique_ptr<ParserGroup> source = readText(text);
     const std::string expected = writeLines(*source);

@@ -76,7 +76,7 @@ TEST(DecodeFaultTest, ADocument) {
 }
 
 TEST(DecodeFaultTest, ADeepGroup) {
-  const Bytes bytes = readText(TestSupport::makeDeepText(100))->getBinary(false);
+  const Bytes bytes = readText(TestSupport::makeDeepText(TestSupport::DEEP))->getBinary(false);
   forEveryFault([&](Attempt& attempt) {
     ParserGroup root("root");
     unsigned long position = 0;

@@ -132,7 +132,7 @@ TEST(ParseFaultTest, SeveralGroupsOfOneItem) {
   checkReading("g { a 1 } g 1 { b 2 } \"x\" h { c 3 }");
 }
 
-TEST(ParseFaultTest, ADeepText) { checkReading(TestSupport::makeDeepText(150)); }
+TEST(ParseFaultTest, ADeepText) { checkReading(TestSupport::makeDeepText(TestSupport::DEEP)); }
 
 TEST(ParseFaultTest, ManyGroups) { checkReading(makeItems("g", "{ a 1 b { c 2 } }", MANY / 4)); }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "Consistency.h"
 #include "Faults.h"
 #include "support/Bytes.h"
 #include "support/Documents.h"
@@ -56,7 +57,7 @@ TEST(WriteFaultTest, TheTextOfADocument) {
 }
 
 TEST(WriteFaultTest, TheTextOfADeepGroup) {
-  const std::unique_ptr<ParserGroup> root = readText(TestSupport::makeDeepText(100));
+  const std::unique_ptr<ParserGroup> root = readText(TestSupport::makeDeepText(TestSupport::DEEP));
   const std::string expected = TestSupport::writeOneLine(*root);
   forEveryFault([&](Attempt& attempt) {
     std::string text;
@@ -113,7 +114,7 @@ TEST(EncodeFaultTest, ADocument) {
 }
 
 TEST(EncodeFaultTest, ADeepGroup) {
-  const std::unique_ptr<ParserGroup> root = readText(TestSupport::makeDeepText(100));
+  const std::unique_ptr<ParserGroup> root = readText(TestSupport::makeDeepText(TestSupport::DEEP));
   const Bytes expected = root->getBinary(true);
   forEveryFault([&](Attempt& attempt) {
     Bytes bytes;
