@@ -139,6 +139,16 @@ TEST(CopyFaultTest, AnItemThatCannotTakeOnAnotherStaysAsItWas) {
   });
 }
 
+TEST(CopyFaultTest, AnItemThatCannotTakeOnOneOfASingleValueStaysAsItWas) {
+  forEveryFault([](Attempt& attempt) {
+    ParserItem source(LONG_NAME, ParserItem::ITEM_PLAIN, 1, 2);
+    source.addInt(1);
+    ParserItem target("target", ParserItem::ITEM_CALL, 3, 4);
+    const bool isComplete = attempt.run([&] { target.copyFrom(source); });
+    EXPECT_EQ(textOf(target), isComplete ? LONG_NAME + " 1" : "target()");
+  });
+}
+
 TEST(CopyFaultTest, AnItemThatCannotTakeOnOneBelowItStaysAsItWas) {
   forEveryFault([](Attempt& attempt) {
     const std::unique_ptr<ParserGroup> root = readText("a { b 1 \"" + LONG_STRING + "\" { c 2 } }");
