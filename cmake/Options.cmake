@@ -1,6 +1,6 @@
 # What a builder can choose, and what holds for every target.
 
-set(QUARRY_QT 6 CACHE STRING "Major version of Qt Core: 6 or 5")
+set(QUARRY_QT 6 CACHE STRING "Major version of the Qt Core that the tests run within: 6 or 5")
 set_property(CACHE QUARRY_QT PROPERTY STRINGS 6 5)
 option(QUARRY_TOOL "Build the command-line tool" ON)
 option(QUARRY_TESTS "Build the tests" OFF)

@@ -21,6 +21,7 @@
 
 using Quarry::loadFile;
 using Quarry::LoadResult;
+using Quarry::OutputFile;
 using TestSupport::TemporaryFolder;
 using TestSupport::WithoutPrivileges;
 using TestSupport::WorkingDirectory;
@@ -431,37 +432,38 @@ TEST(LoadFileTest, LinesWellBeforeTheDamageOfACompressedFileAreKept) {
   EXPECT_THAT(text, testing::StartsWith(part));
 }
 
-// --- openFile ------------------------------------------------------------------------------------
+// --- OutputFile ----------------------------------------------------------------------------------
 
-TEST(OpenFileTest, WritingMakesAFile) {
+TEST(OutputFileTest, WritingMakesAFile) {
   const TemporaryFolder folder;
-  QFile file;
-  ASSERT_TRUE(Quarry::openFile(file, folder.getPath("x.cfg"), QIODevice::WriteOnly));
-  file.write("a 1");
-  file.close();
+  OutputFile file(folder.getPath("x.cfg"));
+  ASSERT_TRUE(file.isOpen());
+  EXPECT_TRUE(file.write("a 1"));
   EXPECT_EQ(folder.read("x.cfg"), "a 1");
 }
 
-TEST(OpenFileTest, WritingEmptiesAFile) {
+TEST(OutputFileTest, OpeningEmptiesAFile) {
   const TemporaryFolder folder;
-  folder.write("x.cfg", "a longer text");
-  QFile file;
-  ASSERT_TRUE(Quarry::openFile(file, folder.getPath("x.cfg"), QIODevice::WriteOnly));
-  file.close();
+  const OutputFile file(folder.write("x.cfg", "a longer text"));
+  ASSERT_TRUE(file.isOpen());
   EXPECT_EQ(folder.read("x.cfg"), "");
 }
 
-TEST(OpenFileTest, ReadingMakesNoFile) {
-  const TemporaryFolder folder;
-  QFile file;
-  EXPECT_FALSE(Quarry::openFile(file, folder.getPath("x.cfg"), QIODevice::ReadOnly));
-  EXPECT_FALSE(std::filesystem::exists(folder.getPath("x.cfg")));
+TEST(OutputFileTest, AFullDeviceTakesNothing) {
+  OutputFile file("/dev/full");
+  ASSERT_TRUE(file.isOpen());
+  EXPECT_TRUE(file.write(""));
+  EXPECT_FALSE(file.write("a 1"));
+  EXPECT_EQ(errno, ENOSPC);
 }
 
-TEST(OpenFileTest, ANameWithAZeroByteIsNotWritten) {
+TEST(OutputFileTest, AFolderIsNotOpened) {
   const TemporaryFolder folder;
-  QFile file;
-  const std::string path = folder.getPath("x") + std::string("\0y", 2);
-  EXPECT_FALSE(Quarry::openFile(file, path, QIODevice::WriteOnly));
+  EXPECT_FALSE(OutputFile(folder.getPath()).isOpen());
+}
+
+TEST(OutputFileTest, ANameWithAZeroByteIsNotWritten) {
+  const TemporaryFolder folder;
+  EXPECT_FALSE(OutputFile(folder.getPath("x") + std::string("\0y", 2)).isOpen());
   EXPECT_FALSE(std::filesystem::exists(folder.getPath("x")));
 }

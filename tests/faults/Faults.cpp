@@ -68,7 +68,9 @@ void* allocateUnseen(std::size_t size) { return __libc_malloc(size); }
 
 /// Stands before the C library's own, in this program and in the libraries that it uses.
 extern "C" __attribute__((visibility("default"))) void* malloc(std::size_t size) {
-  return Attempt::takesAllocation(Whose::OWN_AND_C_LIBRARYS) ? nullptr : allocateUnseen(size);
+  if (!Attempt::takesAllocation(Whose::OWN_AND_C_LIBRARYS)) return allocateUnseen(size);
+  errno = ENOMEM;
+  return nullptr;
 }
 
 #endif

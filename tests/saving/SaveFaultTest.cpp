@@ -37,7 +37,7 @@ const std::string NEW_TEXT = "#SerialVersion 1.1\n\ntitle \"new\"";
 constexpr uid_t STRANGER = 12345;
 
 /// A document that is saved over an older one, which has another owner where that can be.
-class SaveFaultTest : public testing::Test {
+class SavingFaultTest : public testing::Test {
  protected:
   void SetUp() override {
     file.getRoot().setText("title \"new\"", 1.1);
@@ -87,7 +87,7 @@ std::vector<std::string> findCalls(ParserFile& file, const std::string& path) {
 }  // namespace
 
 /// The calls are what the faults are for: each kind must be among them.
-TEST_F(SaveFaultTest, SavingChecksEachOfTheseCalls) {
+TEST_F(SavingFaultTest, SavingChecksEachOfTheseCalls) {
   std::vector<std::string> expected = {"open",     "fstatat", "faccessat", "openat", "fstat",
                                        "fchown",   "fchmod",  "write",     "fsync",  "close",
                                        "renameat", "fsync",   "close"};
@@ -95,7 +95,7 @@ TEST_F(SaveFaultTest, SavingChecksEachOfTheseCalls) {
   EXPECT_EQ(findCalls(file, path), expected);
 }
 
-TEST_F(SaveFaultTest, WhateverFailsTheOldDocumentOrTheNewOneIsThere) {
+TEST_F(SavingFaultTest, WhateverFailsTheOldDocumentOrTheNewOneIsThere) {
   const int calls = static_cast<int>(findCalls(file, path).size());
   for (int number = 1; number < calls; ++number) {  // the last closes the folder
     makeOldFile();
@@ -111,7 +111,7 @@ TEST_F(SaveFaultTest, WhateverFailsTheOldDocumentOrTheNewOneIsThere) {
   }
 }
 
-TEST_F(SaveFaultTest, EachFailureGivesOneErrorWithTheReason) {
+TEST_F(SavingFaultTest, EachFailureGivesOneErrorWithTheReason) {
   const int calls = static_cast<int>(findCalls(file, path).size());
   for (int number = 1; number < calls; ++number) {
     makeOldFile();
@@ -128,7 +128,7 @@ TEST_F(SaveFaultTest, EachFailureGivesOneErrorWithTheReason) {
   }
 }
 
-TEST_F(SaveFaultTest, ADocumentCanBeSavedAfterEachFailure) {
+TEST_F(SavingFaultTest, ADocumentCanBeSavedAfterEachFailure) {
   const int calls = static_cast<int>(findCalls(file, path).size());
   for (int number = 1; number < calls; ++number) {
     makeOldFile();
@@ -141,7 +141,7 @@ TEST_F(SaveFaultTest, ADocumentCanBeSavedAfterEachFailure) {
   }
 }
 
-TEST_F(SaveFaultTest, WhereverTheProcessEndsTheOldDocumentOrTheNewOneIsThere) {
+TEST_F(SavingFaultTest, WhereverTheProcessEndsTheOldDocumentOrTheNewOneIsThere) {
   const int calls = static_cast<int>(findCalls(file, path).size());
   for (int number = 1; number <= calls; ++number) {
     makeOldFile();
@@ -153,7 +153,7 @@ TEST_F(SaveFaultTest, WhereverTheProcessEndsTheOldDocumentOrTheNewOneIsThere) {
   EXPECT_EQ(saveInChild(calls + 1), 0);
 }
 
-TEST_F(SaveFaultTest, AnInterruptedFlushIsTriedAgain) {
+TEST_F(SavingFaultTest, AnInterruptedFlushIsTriedAgain) {
   const std::vector<std::string> calls = findCalls(file, path);
   for (std::size_t i = 0; i < calls.size(); ++i) {
     if (calls[i] != "fsync" && calls[i] != "write" && calls[i] != "close") continue;
@@ -164,7 +164,7 @@ TEST_F(SaveFaultTest, AnInterruptedFlushIsTriedAgain) {
   }
 }
 
-TEST_F(SaveFaultTest, AFileSystemThatKnowsNoFlushingIsGoodEnough) {
+TEST_F(SavingFaultTest, AFileSystemThatKnowsNoFlushingIsGoodEnough) {
   const std::vector<std::string> calls = findCalls(file, path);
   for (std::size_t i = 0; i < calls.size(); ++i) {
     if (calls[i] != "fsync") continue;
@@ -173,7 +173,7 @@ TEST_F(SaveFaultTest, AFileSystemThatKnowsNoFlushingIsGoodEnough) {
   }
 }
 
-TEST_F(SaveFaultTest, AFileOfTheSameNameAsTheNewOneIsLeftAlone) {
+TEST_F(SavingFaultTest, AFileOfTheSameNameAsTheNewOneIsLeftAlone) {
   const std::vector<std::string> calls = findCalls(file, path);
   const auto creation = std::find(calls.begin(), calls.end(), "openat") - calls.begin() + 1;
   const SystemCalls failing(Fault::FAILS, static_cast<int>(creation), EEXIST);
@@ -181,7 +181,7 @@ TEST_F(SaveFaultTest, AFileOfTheSameNameAsTheNewOneIsLeftAlone) {
   EXPECT_EQ(folder.read("x.cfg"), NEW_TEXT);
 }
 
-TEST_F(SaveFaultTest, ATextThatIsTakenInPiecesIsWrittenWhole) {
+TEST_F(SavingFaultTest, ATextThatIsTakenInPiecesIsWrittenWhole) {
   SystemCalls calls;
   calls.setLargestWrite(3);
   EXPECT_TRUE(file.save(path));

@@ -116,10 +116,12 @@ ParserFile::~ParserFile() { delete root; }
 
 void ParserFile::setSearchPaths(const std::vector<std::string>& paths) { searchPaths = paths; }
 
+/// Both change or neither; the name may be one of the two.
 bool ParserFile::setFilename(const std::string& name) {
-  filename = name;  // first: the name may be the directory that is replaced
-  const std::size_t slash = filename.rfind('/');
-  directory = slash == std::string::npos ? std::string() : filename.substr(0, slash);
+  const std::size_t slash = name.rfind('/');
+  std::string newDirectory = slash == std::string::npos ? std::string() : name.substr(0, slash);
+  filename = name;
+  directory = std::move(newDirectory);
   return !filename.empty();
 }
 
@@ -153,13 +155,10 @@ bool ParserFile::read(const std::string& name) {
 
 bool ParserFile::write(const std::string& name) {
   if (!name.empty()) setFilename(name);
-  QFile file;
-  if (!openFile(file, filename, QIODevice::WriteOnly)) return false;
+  OutputFile file(filename);
+  if (!file.isOpen()) return false;
   const std::string text = renderDocument(*this);
-  const auto length = static_cast<qint64>(text.size());
-  const qint64 written = file.write(text.data(), length);
-  file.close();
-  if (written == length) {
+  if (file.write(text)) {
     Plinth::console.debug(Messages::fileWritten(name, text.size()), std::string());
   } else {
     Plinth::console.error(Messages::fileNotSaved(name), std::string());

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <string_view>
 
 namespace Quarry {
@@ -54,8 +55,12 @@ class InputFile {
     errno = 0;
     while (count < size) {
       const ssize_t added = ::read(descriptor, bytes + count, size - count);
-      if (added == 0 || (added < 0 && errno != EINTR)) break;
       if (added > 0) count += static_cast<std::size_t>(added);
+      if (added < 0 && errno == EINTR) {
+        errno = 0;
+      } else if (added <= 0) {
+        break;
+      }
     }
     return count;
   }
@@ -93,11 +98,19 @@ void appendCompressedLine(std::string& text, std::string line) {
   text += line;
 }
 
+bool hasRunOutOfMemory(gzFile file) {
+  int error = Z_OK;
+  gzerror(file, &error);
+  return error == Z_MEM_ERROR;
+}
+
 /// The lines count with their markers: a file could consist of nothing else.
 LoadResult loadCompressed(const std::string& name, std::string& text, unsigned long& allowance) {
   constexpr int LINE_BUFFER_SIZE = 8192;
   constexpr int READ_LIMIT = LINE_BUFFER_SIZE - 1;  // the terminating zero byte included
+  errno = 0;
   const std::unique_ptr<gzFile_s, int (*)(gzFile)> file(gzopen(name.c_str(), "r"), gzclose);
+  if (file == nullptr && errno == ENOMEM) throw std::bad_alloc();
   if (file == nullptr) return LoadResult::COMPRESSED_NOT_OPENED;
   char buffer[LINE_BUFFER_SIZE];
   while (gzgets(file.get(), buffer, READ_LIMIT) != nullptr) {
@@ -106,6 +119,7 @@ LoadResult loadCompressed(const std::string& name, std::string& text, unsigned l
     allowance -= line.size();
     appendCompressedLine(text, std::string(line));
   }
+  if (hasRunOutOfMemory(file.get())) throw std::bad_alloc();
   return LoadResult::LOADED;
 }
 
@@ -121,7 +135,7 @@ LoadResult loadPlain(const std::string& path, std::string& text, unsigned long l
   char block[BLOCK_SIZE];
   for (;;) {
     const std::size_t count = file.read(block, BLOCK_SIZE);
-    if (count == 0 && errno == EISDIR) return LoadResult::NOT_OPENED;
+    if (errno != 0) return LoadResult::NOT_OPENED;
     const std::size_t size = std::min(std::string_view(block, count).find('\0'), count);
     if (size == BLOCK_SIZE && text.empty()) text.reserve(std::min(file.getSize(), BELIEVED_SIZE));
     text.append(block, size);
@@ -167,12 +181,26 @@ LoadResult loadFile(const std::string& name, const std::string& path, std::strin
   return result;
 }
 
-bool openFile(QFile& file, const std::string& path, QIODevice::OpenMode mode) {
-  const bool writes = mode.testFlag(QIODevice::WriteOnly);
-  const int flags = O_CLOEXEC | (writes ? O_WRONLY | O_CREAT | O_TRUNC : O_RDONLY);
-  const int descriptor = isPossibleName(path) ? ::open(path.c_str(), flags, NEW_FILE_MODE) : -1;
-  return descriptor >= 0 &&
-         file.open(descriptor, mode | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+OutputFile::OutputFile(const std::string& path)
+    : descriptor(isPossibleName(path)
+                     ? ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, NEW_FILE_MODE)
+                     : -1) {}
+
+OutputFile::~OutputFile() {
+  if (isOpen()) ::close(descriptor);
+}
+
+bool OutputFile::write(std::string_view text) { return writeAll(descriptor, text); }
+
+bool writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = ::write(descriptor, text.data(), text.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count == 0) errno = EIO;
+    if (count <= 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
 }
 
 }  // namespace Quarry

@@ -3,9 +3,8 @@
 /// File names are bytes and are handed to the system as they are: names need not be UTF-8.
 #pragma once
 
-#include <QFile>
-
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Quarry {
@@ -44,8 +43,25 @@ std::string resolvePath(const std::string& path);
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
                     unsigned long& allowance);
 
-/// Opens a file that is read or written as a whole, unbuffered; writing creates or empties it.
-/// @return whether it could be opened
-bool openFile(QFile& file, const std::string& path, QIODevice::OpenMode mode);
+/// A file that is written as a whole: made, or emptied, when it is opened.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  bool isOpen() const { return descriptor >= 0; }
+
+  /// Tells whether all of the text was written.
+  bool write(std::string_view text);
+
+ private:
+  int descriptor;
+};
+
+/// Writes a text to a file descriptor.
+/// @return whether all of it was written; `errno` tells why not
+bool writeAll(int descriptor, std::string_view text);
 
 }  // namespace Quarry

@@ -2,6 +2,8 @@
 
 #include <Plinth/Label.h>
 
+#include "FileAccess.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -103,13 +105,7 @@ bool FileReplacement::keepMode() {
 }
 
 bool FileReplacement::writeText(std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = ::write(file, text.data(), text.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return fail("write", count < 0 ? errno : EIO);
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
+  return writeAll(file, text) || fail("write", errno);
 }
 
 /// A file system that knows no flushing has nothing to flush.

@@ -17,8 +17,8 @@ namespace Quarry {
 /// old text, and access control lists and extended attributes are lost. What is no regular file is
 /// refused, and so is a file that may not be written.
 ///
-/// QSaveFile does the like, but takes a QString for a name, which not every file name can become,
-/// gives the file to whoever saves it, and does not tell that the disk refused the flush.
+/// Qt's QSaveFile does the like, but takes a QString for a name, which not every file name can
+/// become, gives the file to whoever saves it, and does not tell that the disk refused the flush.
 class FileReplacement {
  public:
   /// @param path the file; bytes, handed to the system as they are
