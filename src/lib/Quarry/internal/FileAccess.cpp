@@ -163,6 +163,7 @@ std::string chooseFile(const std::string& name, const std::string& path) {
 std::string resolvePath(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
                                                              std::free);
+  if (resolved == nullptr && errno == ENOMEM) throw std::bad_alloc();
   return resolved != nullptr ? resolved.get() : std::string();
 }
 
