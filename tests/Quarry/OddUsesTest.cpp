@@ -226,6 +226,13 @@ TEST(OddUsesTest, AByteOfABufferMayBeAppendedToIt) {
   EXPECT_EQ(std::string(buffer.begin(), buffer.end()), std::string(101, 'a'));
 }
 
+TEST(OddUsesTest, TheBytesOfABufferMayBeAppendedToItAsABlock) {
+  std::vector<char> buffer = {1, 2, 3};
+  buffer.shrink_to_fit();
+  EXPECT_EQ(ParserValue::binaryDataToBin(buffer, buffer.data(), 3), 11U);
+  EXPECT_EQ(buffer, TestSupport::makeBytes("010203 0300000000000000 010203"));
+}
+
 // --- Numbers that are no enumerators -------------------------------------------------------------
 
 class OutsideTest : public testing::TestWithParam<int> {

@@ -444,9 +444,10 @@ std::string ParserValue::binToString(const std::vector<char>& buffer, unsigned l
 
 unsigned long ParserValue::binaryDataToBin(std::vector<char>& buffer, void* bytes,
                                            const unsigned long& size) {
-  const unsigned long frame = sizeToBin(buffer, size);
   const char* begin = static_cast<const char*>(bytes);
-  if (size > 0) buffer.insert(buffer.end(), begin, begin + size);
+  const std::vector<char> block(begin, begin + size);  // the bytes may be the buffer's own
+  const unsigned long frame = sizeToBin(buffer, size);
+  buffer.insert(buffer.end(), block.begin(), block.end());
   return frame + size;
 }
 
