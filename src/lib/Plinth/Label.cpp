@@ -19,9 +19,18 @@ bool readsAsDouble(std::string_view label) {
   return label.find_first_of(".en") != std::string_view::npos;
 }
 
+/// from_chars multiplies two doubles where it can, and expects the product to be rounded once. The
+/// registers of the x87 have more bits than a double, and so it is rounded twice.
+#ifdef __i386__
+constexpr bool FROM_CHARS_ROUNDS_ONCE = false;
+#else
+constexpr bool FROM_CHARS_ROUNDS_ONCE = true;
+#endif
+
 /// Returns whether `text` starts as a decimal number does that strtod and from_chars read alike:
 /// white space and a plus sign are for strtod alone, as is what a NaN says in parentheses.
-bool startsAsDecimal(const std::string& text) {
+bool isReadAlike(const std::string& text) {
+  if constexpr (!FROM_CHARS_ROUNDS_ONCE) return false;
   const char* first = text.c_str();
   if (*first == '-') ++first;
   return isDigit(*first);
@@ -60,7 +69,7 @@ std::string getLabel(const unsigned long& number) { return std::to_string(number
 // Ordinary numbers take from_chars, which is faster. Where the two differ, strtod decides: a
 // hexadecimal number, of which from_chars reads the "0", and one out of range.
 double getDouble(const std::string& text) noexcept {
-  if (!startsAsDecimal(text)) return readInClassicLocale(text.c_str());
+  if (!isReadAlike(text)) return readInClassicLocale(text.c_str());
   const char* const end = text.data() + text.size();
   double number = 0.0;
   const std::from_chars_result result = std::from_chars(text.data(), end, number);

@@ -3,12 +3,14 @@
 #include <array>
 #include <limits>
 #include <random>
+#include <type_traits>
 
 namespace Plinth {
 
 namespace {
 
-using Engine = std::mt19937_64;
+/// Draws as many bits as an `unsigned long` has.
+using Engine = std::conditional_t<sizeof(unsigned long) == 8, std::mt19937_64, std::mt19937>;
 
 static_assert(Engine::max() == std::numeric_limits<unsigned long>::max());
 

@@ -431,7 +431,7 @@ unsigned long ParserValue::sizeToBin(std::vector<char>& buffer, const unsigned l
 }
 
 unsigned long ParserValue::binTosize(const std::vector<char>& buffer, unsigned long& pos) {
-  return BinaryReader(buffer, pos).readNumber<SIZE_BYTES>();
+  return BinaryReader(buffer, pos).readSize();
 }
 
 unsigned long ParserValue::stringToBin(std::vector<char>& buffer, const std::string& value) {

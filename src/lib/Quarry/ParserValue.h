@@ -219,7 +219,8 @@ class QUARRY_EXPORT ParserValue {
 
   /// Appends an unsigned number of eight bytes. Returns 8.
   static unsigned long sizeToBin(std::vector<char>& buffer, const unsigned long& value);
-  /// Reads eight bytes; 0 where they are cut short.
+  /// Reads eight bytes; 0 where they are cut short, and the largest `unsigned long` for a number
+  /// beyond it.
   static unsigned long binTosize(const std::vector<char>& buffer, unsigned long& pos);
 
   /// Appends the bytes of the string and a zero byte. Returns the length of both. A string that

@@ -77,7 +77,7 @@ bool BinaryReader::openGroup(ParserGroup& group) {
 
 bool BinaryReader::readGroupSize(unsigned long& length) {
   const bool hasSize = has(SIZE_BYTES);
-  length = readNumber<SIZE_BYTES>();
+  length = readSize();
   if (hasSize && has(length)) return true;
   warn(Messages::groupLargerThanData());
   return false;
@@ -121,7 +121,7 @@ bool BinaryReader::openFrame(std::string_view name, unsigned long& frameEnd) {
   }
   if (!has(KIND_BYTES)) return false;
   pos += KIND_BYTES;
-  frameEnd = pos + length - KIND_BYTES;
+  frameEnd = pos + static_cast<unsigned long>(length) - KIND_BYTES;
   return true;
 }
 
@@ -227,7 +227,7 @@ std::string_view BinaryReader::readString() {
 }
 
 std::unique_ptr<char[]> BinaryReader::readBlock(unsigned long& count) {
-  count = readNumber<SIZE_BYTES>();
+  count = readSize();
   if (count == 0) return nullptr;
   if (!has(count)) {
     pos = size;

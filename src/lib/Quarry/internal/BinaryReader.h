@@ -5,7 +5,9 @@
 
 #include "BinaryNumber.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -63,6 +65,12 @@ class BinaryReader {
     }
     pos += COUNT;
     return loadNumber<COUNT>(bytes + pos - COUNT);
+  }
+
+  /// Reads a size as readNumber() does. One that is beyond all memory becomes the largest number.
+  unsigned long readSize() {
+    constexpr std::uint64_t LARGEST = std::numeric_limits<unsigned long>::max();
+    return static_cast<unsigned long>(std::min(readNumber<SIZE_BYTES>(), LARGEST));
   }
 
   /// Reads bytes up to a zero byte, and that. Without one, moves to the end, warns, and returns

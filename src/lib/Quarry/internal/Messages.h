@@ -7,6 +7,7 @@
 
 #include "Diagnostic.h"
 
+#include <cstdint>
 #include <string>
 
 namespace Quarry::Messages {
@@ -76,9 +77,9 @@ inline std::string itemNameNotRead() {
 }
 
 /// Printed, not warned of, and without a line feed.
-inline std::string chunkLargerThanData(const std::string& item, const unsigned long& chunk,
+inline std::string chunkLargerThanData(const std::string& item, std::uint64_t chunk,
                                        const unsigned long& data) {
-  return "ParserItem::setBinary:  '" + item + "', chunk size (" + Plinth::getLabel(chunk) +
+  return "ParserItem::setBinary:  '" + item + "', chunk size (" + std::to_string(chunk) +
          ") is larger than the given buffer (" + Plinth::getLabel(data) + ")";
 }
 
