@@ -49,7 +49,9 @@ std::optional<std::string> findDifference(int count, Generate generate) {
 
 // --- Texts that look like numbers ----------------------------------------------------------------
 
-std::size_t drawBelow(std::mt19937_64& random, std::size_t bound) { return random() % bound; }
+std::size_t drawBelow(std::mt19937_64& random, std::size_t bound) {
+  return static_cast<std::size_t>(random() % bound);
+}
 
 std::string makeWord(std::mt19937_64& random, std::string_view alphabet, std::size_t longest) {
   std::string word(drawBelow(random, longest + 1), ' ');
@@ -134,7 +136,8 @@ TEST(LabelUnsignedLongTest, IsDecimal) {
 }
 
 TEST(LabelUnsignedLongTest, ReachesToTheLimit) {
-  EXPECT_EQ(getLabel(std::numeric_limits<unsigned long>::max()), "18446744073709551615");
+  EXPECT_EQ(getLabel(std::numeric_limits<unsigned long>::max()),
+            sizeof(unsigned long) == 8 ? "18446744073709551615" : "4294967295");
 }
 
 TEST(LabelCharTest, IsTheCodeAndNotTheCharacter) {
@@ -305,6 +308,10 @@ TEST(GetDoubleTest, RoundsToTheNearestDoubleHoweverManyDigitsThereAre) {
   EXPECT_EQ(getDouble("9007199254740993"), 9007199254740992.0);
   EXPECT_EQ(getDouble("9007199254740993." + std::string(1000, '0')), 9007199254740992.0);
   EXPECT_EQ(getDouble("9007199254740993." + std::string(1000, '0') + '1'), 9007199254740994.0);
+}
+
+TEST(GetDoubleTest, RoundsTheProductOfDigitsAndPowerOnce) {
+  EXPECT_EQ(getDouble("4.602463500300253e+25"), 0x1.3090c3b407bd5p+85);
 }
 
 TEST(GetDoubleTest, EndsAtAZeroByte) {

@@ -36,7 +36,8 @@ std::set<unsigned long> drawInThreads(std::size_t threadCount, std::size_t count
 
 }  // namespace
 
-// That these 64-bit numbers fall out otherwise by chance is less likely than a broken machine.
+// That 64-bit numbers fall out otherwise by chance is less likely than a broken machine; 32-bit
+// numbers do once in ten thousand runs.
 
 TEST(RandomTest, DoesNotRepeatItself) {
   const std::vector<unsigned long> values = draw(1000);
@@ -66,7 +67,7 @@ TEST(RandomTest, TheRemaindersAreSpreadEvenly) {
 }
 
 TEST(RandomTest, ThreadsThatDrawAtOnceDrawDifferentNumbers) {
-  EXPECT_EQ(drawInThreads(8, 1000).size(), 8000U);
+  EXPECT_EQ(drawInThreads(8, 100).size(), 800U);
 }
 
 TEST(RandomTest, ANewThreadDoesNotStartAnEarlierOnesSequenceAgain) {

@@ -4,6 +4,7 @@
 #include <Quarry/ParserValue.h>
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -134,9 +135,23 @@ TEST(BinaryNumberTest, NanReadsBackAsNan) {
 
 TEST(BinaryNumberTest, SizeIsEightBytesLeastSignificantFirst) {
   Bytes buffer;
-  EXPECT_EQ(ParserValue::sizeToBin(buffer, 0x0102030405060708UL), 8u);
+  EXPECT_EQ(ParserValue::sizeToBin(buffer, 0x01020304UL), 8u);
+  EXPECT_EQ(buffer, makeBytes("04 03 02 01 00 00 00 00"));
+}
+
+#if ULONG_MAX > 0xFFFFFFFF
+TEST(BinaryNumberTest, TheUpperBytesOfASizeComeLast) {
+  Bytes buffer;
+  ParserValue::sizeToBin(buffer, 0x0102030405060708UL);
   EXPECT_EQ(buffer, makeBytes("08 07 06 05 04 03 02 01"));
 }
+#else
+TEST(BinaryNumberTest, ASizeBeyondTheLargestNumberReadsAsThat) {
+  unsigned long pos = 0;
+  EXPECT_EQ(ParserValue::binTosize(makeBytes("02 00 00 00 01 00 00 00"), pos), ~0UL);
+  EXPECT_EQ(pos, 8u);
+}
+#endif
 
 TEST(BinaryNumberTest, LargestSizeReadsBack) {
   unsigned long pos = 0;

@@ -49,9 +49,9 @@ bool scanDouble(const std::string& text) {
   return std::sscanf(text.c_str(), "%lf", &number) == 1;
 }
 
-long long readWithStrtol(const std::string& text) { return std::strtol(text.c_str(), nullptr, 10); }
-
-static_assert(sizeof(long) == 8);
+long long readWithStrtoll(const std::string& text) {
+  return std::strtoll(text.c_str(), nullptr, 10);
+}
 
 /// Compares all three with the C library. Digits stand behind the text, which a reading beyond its
 /// end would meet.
@@ -64,8 +64,8 @@ testing::AssertionResult agrees(const std::string& text) {
   if (beginsWithDouble(view) != scanDouble(text)) {
     return testing::AssertionFailure() << "%lf: " << testing::PrintToString(text);
   }
-  if (readInteger(view) != readWithStrtol(text)) {
-    return testing::AssertionFailure() << "strtol: " << testing::PrintToString(text);
+  if (readInteger(view) != readWithStrtoll(text)) {
+    return testing::AssertionFailure() << "strtoll: " << testing::PrintToString(text);
   }
   return testing::AssertionSuccess();
 }

@@ -192,7 +192,7 @@ TEST_P(ParserItemListTest, ValuesAreRemovedAtRandomAndOthersAdded) {
 }
 
 TEST_P(ParserItemListTest, TheFirstIsRemovedAgainAndAgain) {
-  const unsigned long removed = std::min(numbers.size(), 100UL);
+  const unsigned long removed = std::min<unsigned long>(numbers.size(), 100);
   forEachItem([&](ParserItem& item) {
     for (unsigned long i = 0; i < removed; ++i) {
       EXPECT_EQ(item.getInt(0), numbers[i]);

@@ -283,6 +283,10 @@ TEST(ParserValueDoubleTextTest, DigitsWithAPointAndAnExponentAreRead) {
   EXPECT_EQ(readDouble("0.1"), 0.1);
 }
 
+TEST(ParserValueDoubleTextTest, ADoubleIsRoundedOnce) {
+  EXPECT_EQ(readDouble("4.602463500300253e+25"), 0x1.3090c3b407bd5p+85);
+}
+
 TEST(ParserValueDoubleTextTest, ReadingStopsAtTheFirstOtherByte) {
   EXPECT_EQ(readDouble("1.5mm"), 1.5);
   EXPECT_EQ(readDouble("1e"), 1.0);

@@ -131,7 +131,7 @@ TEST_F(MemoryTest, OfALongListOfValuesGoesBack) {
   const long before = getResidentBytes();
   {
     ParserItem item("a", ParserItem::ITEM_PLAIN, 0, 0);
-    for (int i = 0; i < 2000000; ++i)
+    for (int i = 0; i < 2500000; ++i)
       item.addBool(true);
     EXPECT_GT(getResidentBytes(), before + 60 * MEBIBYTE);
   }

@@ -250,7 +250,7 @@ void fill(ParserGroup& root) {
   root.getItem("doubles")->addDouble(1e300);
   root.addItem("strings", 0, 0)->addString("");
   root.getItem("strings")->addString("tab\t \"quoted\" back\\slash\nline");
-  char bytes[] = {0, 1, -1};
+  char bytes[] = {0, 1, static_cast<char>(-1)};
   root.addItem("block", 0, 0)->addBinaryData(bytes, sizeof bytes);
   root.addItem("nothing", 0, 0);
   root.addGroup("group", false)->addItem("inner", 0, 0)->addInt(1);
