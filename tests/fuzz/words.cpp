@@ -1,0 +1,46 @@
+// Any bytes are cut into words as the rules say, and each word is what its tests say.
+
+#include <Quarry/internal/ParserWordStream.h>
+#include <Quarry/internal/WordClassifier.h>
+
+#include "Fuzz.h"
+#include "support/ByteByByte.h"
+
+using Fuzz::require;
+using Quarry::ParserValue;
+using Quarry::ParserWord;
+
+namespace {
+
+ParserWord::Type classifyByTests(const ParserWord& word) {
+  ParserValue::Type valueType = ParserValue::TYPE_GROUP;
+  const bool isKnown = word.isIdentifier() || word.isKeyword() || word.isOperator() ||
+                       word.isSeparator() || word.isValue(valueType);
+  require(isKnown == (word.getType() != ParserWord::WORD_UNKNOWN));
+  return word.getType();
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Fuzz::Input input(data, size);
+  const double version = input.takeChoice() % 2 == 0 ? 1.1 : 1.0;
+  const std::string& text = input.getBytes();
+  Quarry::ParserWordStream stream(text, version);
+  TestSupport::ByteByByte expected(text);
+  unsigned long end = 0;
+  while (!stream.isExhausted()) {
+    require(!expected.isExhausted());
+    const ParserWord* word = stream.next();
+    expected.next();
+    require(TestSupport::isSame(word, expected));
+    if (word == nullptr) continue;
+    require(word->getStart() >= end && word->getLength() <= text.size() - word->getStart());
+    end = word->getStart() + word->getLength();
+    const ParserWord copy(*word);
+    require(Quarry::WordClassifier::classify(*word) == classifyByTests(copy));
+    require(word->getString().size() <= word->getLength());
+  }
+  require(expected.isExhausted());
+  return 0;
+}
