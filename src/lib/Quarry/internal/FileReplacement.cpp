@@ -52,7 +52,8 @@ bool FileReplacement::followLinks() {
     if (length < 0) return errno == EINVAL || errno == ENOENT || fail("follow the link", errno);
     const std::string_view link(place, static_cast<std::size_t>(length));
     const std::size_t folderEnd = link.starts_with('/') ? 0 : target.rfind('/') + 1;
-    target.replace(folderEnd, std::string::npos, link);
+    target.erase(folderEnd);
+    target += link;
   }
   return fail("follow the link", ELOOP);
 }
