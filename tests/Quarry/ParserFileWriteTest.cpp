@@ -52,6 +52,12 @@ TEST_F(ParserFileWriteTest, WriteTellsTheNumberOfBytesToDebug) {
             std::vector<Message>({{Console::LEVEL_DEBUG, "Written 23bytes in 'x.cfg'.", ""}}));
 }
 
+TEST_F(ParserFileWriteTest, WriteTellsTheNameThatItWasGivenThoughThatChangesMeanwhile) {
+  file.setFilename("x.cfg/y.cfg");
+  EXPECT_TRUE(file.write(file.getDirectory()));
+  EXPECT_EQ(console.getMessages().front().text, "Written 19bytes in 'x.cfg'.");
+}
+
 TEST_F(ParserFileWriteTest, WriteStoresTheName) {
   std::filesystem::create_directory("dir");
   file.write("dir/x.cfg");

@@ -154,14 +154,15 @@ bool ParserFile::read(const std::string& name) {
 }
 
 bool ParserFile::write(const std::string& name) {
+  const std::string givenName = name;  // which may be the directory, and changes then
   if (!name.empty()) setFilename(name);
   OutputFile file(filename);
   if (!file.isOpen()) return false;
   const std::string text = renderDocument(*this);
   if (file.write(text)) {
-    Plinth::console.debug(Messages::fileWritten(name, text.size()), std::string());
+    Plinth::console.debug(Messages::fileWritten(givenName, text.size()), std::string());
   } else {
-    Plinth::console.error(Messages::fileNotSaved(name), std::string());
+    Plinth::console.error(Messages::fileNotSaved(givenName), std::string());
   }
   return true;
 }

@@ -9,7 +9,7 @@
 
 #include <cerrno>
 #include <climits>
-#include <system_error>
+#include <cstring>
 #include <utility>
 
 namespace Quarry {
@@ -136,7 +136,9 @@ bool FileReplacement::replaceTarget() {
 
 bool FileReplacement::fail(const std::string& action, int error) {
   const std::string place = folder < 0 || folderPath == "." ? target : folderPath + target;
-  problem = "cannot " + action + " '" + place + "': " + std::generic_category().message(error);
+  const char* reason = ::strerrordesc_np(error);  // in no language but the messages' own
+  problem =
+      "cannot " + action + " '" + place + "': " + (reason != nullptr ? reason : "unknown error");
   return false;
 }
 
