@@ -79,10 +79,12 @@ class PLINTH_EXPORT Collection {
   Collection(Collection&& other) noexcept = default;
 
   /// Takes the place of `other`; when that cannot be copied, this collection stays as it was.
-  Collection& operator=(Collection other) noexcept {
-    driver.swap(other.driver);
+  Collection& operator=(const Collection& other) {
+    driver.reset(other.driver ? other.driver->getClone() : nullptr);
     return *this;
   }
+
+  Collection& operator=(Collection&& other) noexcept = default;
 
   ~Collection() = default;
 

@@ -64,10 +64,12 @@ class PLINTH_EXPORT Locator {
   Locator(Locator&& other) noexcept = default;
 
   /// Takes the place of `other`; when that cannot be copied, this locator stays as it was.
-  Locator& operator=(Locator other) noexcept {
-    driver.swap(other.driver);
+  Locator& operator=(const Locator& other) {
+    driver.reset(other.driver ? other.driver->getClone() : nullptr);
     return *this;
   }
+
+  Locator& operator=(Locator&& other) noexcept = default;
 
   ~Locator() = default;
 

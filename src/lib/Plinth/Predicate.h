@@ -61,10 +61,12 @@ class PLINTH_EXPORT Predicate {
   Predicate(Predicate&& other) noexcept = default;
 
   /// Takes the place of `other`; when that cannot be copied, this predicate stays as it was.
-  Predicate& operator=(Predicate other) noexcept {
-    driver.swap(other.driver);
+  Predicate& operator=(const Predicate& other) {
+    driver.reset(other.driver ? other.driver->getClone() : nullptr);
     return *this;
   }
+
+  Predicate& operator=(Predicate&& other) noexcept = default;
 
   ~Predicate() = default;
 
