@@ -176,6 +176,21 @@ TEST(EditFaultTest, AGroupOfAKeywordIsAddedOrNot) {
   checkAllOrNothing([](ParserGroup& root) { root.addGroup("#Folder", false); });
 }
 
+/// The list of items has room already, so that of the item and its group only the group fails.
+TEST(EditFaultTest, AnItemWhoseGroupCannotBeMadeIsTakenOutAgain) {
+  for (const std::string name : {"g", "#Folder"}) {
+    forEveryFault([&name](Attempt& attempt) {
+      ParserGroup root("root");
+      root.addItem("#Other", 0, 0);
+      root.addItem("a", 0, 0);
+      const bool isComplete = attempt.run([&] { root.addGroup(name, false); });
+      const std::string before = "\n#Other <empty>\na <empty>";
+      EXPECT_EQ(writeLines(root), isComplete ? before + "\n" + name + " {\n}" : before);
+      expectConsistent(root);
+    });
+  }
+}
+
 TEST(EditFaultTest, AGroupThatIsNotAdoptedStaysTheCallers) {
   forEveryFault([](Attempt& attempt) {
     ParserGroup root("root");
