@@ -214,6 +214,14 @@ TEST(CollectionCopyTest, AssigningAnEmptyOneDestroysTheDriver) {
   EXPECT_EQ(countDrivers(token), 0);
 }
 
+TEST(CollectionCopyTest, AssigningACopyOfAnEmptyOneDestroysTheDriver) {
+  const Token token = makeToken();
+  const Items empty;
+  Items items(new PlainCollection(nullptr, token));
+  items = empty;
+  EXPECT_EQ(countDrivers(token), 0);
+}
+
 TEST(CollectionCopyTest, AssigningToItselfChangesNothing) {
   const Shelf shelf("ab");
   Items items = viewPlainly(shelf);

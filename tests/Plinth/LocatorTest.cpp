@@ -131,6 +131,15 @@ TEST(LocatorCopyTest, AssigningReplacesTheDriver) {
   EXPECT_EQ(countDrivers(token), 0);
 }
 
+TEST(LocatorCopyTest, AssigningACopyOfAnEmptyOneDestroysTheDriver) {
+  const Shelf shelf("a");
+  const Token token = makeToken();
+  const ItemLocator empty;
+  ItemLocator locator(new PlainLocator(&shelf.elements, token));
+  locator = empty;
+  EXPECT_EQ(countDrivers(token), 0);
+}
+
 TEST(LocatorCopyTest, AssigningToItselfChangesNothing) {
   const Shelf shelf("ab");
   ItemLocator locator(new FirstToLast(&shelf.elements));

@@ -113,6 +113,14 @@ TEST(PredicateCopyTest, AssigningReplacesTheDriver) {
   EXPECT_EQ(countDrivers(token), 0);
 }
 
+TEST(PredicateCopyTest, AssigningACopyOfAnEmptyOneDestroysTheDriver) {
+  const Token token = makeToken();
+  const ItemPredicate empty;
+  ItemPredicate predicate(new Watched(acceptAll, token));
+  predicate = empty;
+  EXPECT_EQ(countDrivers(token), 0);
+}
+
 TEST(PredicateCopyTest, AssigningToItselfChangesNothing) {
   Item item;
   ItemPredicate predicate(new Watched(acceptAll));

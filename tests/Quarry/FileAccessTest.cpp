@@ -1,5 +1,6 @@
 #include <Quarry/internal/FileAccess.h>
 
+#include <Quarry/ParserFile.h>
 #include <gmock/gmock.h>
 
 #include <dlfcn.h>
@@ -16,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "support/RecordingConsole.h"
 #include "support/TemporaryFolder.h"
 #include "support/WithoutPrivileges.h"
 
@@ -302,6 +304,26 @@ TEST(LoadFileTest, ACompressedFileThatCannotBeOpenedIsToldSoWithAnEmptyText) {
   const Loaded loaded = load(path, path);
   EXPECT_EQ(loaded.result, LoadResult::COMPRESSED_NOT_OPENED);
   EXPECT_EQ(loaded.text, "");
+}
+
+TEST(LoadFileTest, ADocumentWhoseCompressedFileCannotBeOpenedReadsAsEmpty) {
+  const TemporaryFolder folder;
+  const std::string path = folder.writeCompressed("x.cfg", "a 1$\n");
+  const NoCompressedFiles refusal;
+  const TestSupport::RecordingConsole console;
+  Quarry::ParserFile file;
+  EXPECT_TRUE(file.read(path));
+  EXPECT_EQ(file.getVersion(), 1.0);
+  EXPECT_EQ(console.getWarnings(),
+            std::vector<std::string>({"Failed to open file '" + path + "'.\n"}));
+}
+
+TEST(LoadFileTest, AFileOfOneByteUnderTheBareNameIsNotCompressed) {
+  const TemporaryFolder folder;
+  folder.write("x.cfg", "\x1f");
+  const std::string located = folder.write("dir/x.cfg", "located");
+  const WorkingDirectory directory(folder.getPath());
+  EXPECT_EQ(load("x.cfg", located).text, "located");
 }
 
 // --- Compressed lines ----------------------------------------------------------------------------

@@ -164,6 +164,10 @@ TEST_F(LargeBlocksTest, BlocksOfEverySizeAreIntactWhileOthersComeAndGo) {
   }
 }
 
+TEST_F(LargeBlocksTest, ABlockBeyondAllMemoryIsRefused) {
+  EXPECT_THROW(take(std::size_t{1} << 62), std::bad_alloc);
+}
+
 TEST_F(LargeBlocksTest, BlocksOfSeveralThreadsStayIntact) {
   std::atomic<int> broken = 0;
   const auto work = [&broken](unsigned seed) {

@@ -411,6 +411,20 @@ TEST_F(ParserLimitsTest, AGroupThatIsLeftOutMayBeBrokenItself) {
   EXPECT_FALSE(file.setBinary(data));
 }
 
+TEST_F(ParserLimitsTest, AGroupThatIsLeftOutMayTellAWrongSize) {
+  constexpr std::size_t SIZE_OF_THE_GROUP = 4 + 8 + 2 + 8 + 1 + 1;
+  ParserFile source;
+  source.getRoot().setText("a { b 2 }", 1.1);
+  std::vector<char> data = source.getBinary();
+  data[SIZE_OF_THE_GROUP] = 0x7F;
+  limits.nestingDepth = 0;
+  file.setLimits(limits);
+  EXPECT_FALSE(file.setBinary(data));
+  EXPECT_THAT(
+      console.getWarnings(),
+      testing::Contains("ParserGroup::setBinary: ParserGroup size larger than the given data\n"));
+}
+
 // --- Preprocessing alone -------------------------------------------------------------------------
 
 TEST_F(ParserLimitsTest, PreprocessingAloneKeepsWithinThem) {

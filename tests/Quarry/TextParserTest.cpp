@@ -440,3 +440,7 @@ TEST(TextParserTest, WordsOfAGroupThatIsTooDeepAreNotWarnedOf) {
   EXPECT_THAT(parseWithin(0, "a { , ) 1 = } b 1"),
               ElementsAre("item a", "left out {", "item b", "int 1"));
 }
+
+TEST(TextParserTest, BlanksBehindAGroupThatIsTooDeepAndUnclosedEndTheText) {
+  EXPECT_THAT(parseWithin(0, "a { b 1 \n "), ElementsAre("item a", "left out {"));
+}

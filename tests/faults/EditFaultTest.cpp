@@ -5,9 +5,12 @@
 #include <Quarry/ParserItem.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
+#include <utility>
 
 #include "Consistency.h"
 #include "Faults.h"
@@ -303,4 +306,27 @@ TEST(EditFaultTest, AnArrayIsMadeOrNot) {
 
 TEST(EditFaultTest, ATemplateIsMadeOrNot) {
   checkAllOrNothing([](ParserGroup& root) { root.getItem("a")->setTemplate(LONG_NAME); });
+}
+
+/// So many that their memory is not all there before.
+TEST(EditFaultTest, NewThatDoesNotThrowGivesNull) {
+  constexpr std::size_t PARTS = 2000;
+  std::array<std::unique_ptr<ParserItem>, PARTS> items;
+  std::array<std::unique_ptr<ParserGroup>, PARTS> groups;
+  bool lacksItem = false;
+  bool lacksGroup = false;
+  forEveryFault([&](Attempt& attempt) {
+    EXPECT_TRUE(attempt.run([&] {
+      for (auto& item : items)
+        item.reset(new (std::nothrow) ParserItem("a", ParserItem::ITEM_PLAIN, 0, 0));
+      for (auto& group : groups)
+        group.reset(new (std::nothrow) ParserGroup(""));
+    }));
+    for (auto& item : items)
+      if (std::exchange(item, nullptr) == nullptr) lacksItem = true;
+    for (auto& group : groups)
+      if (std::exchange(group, nullptr) == nullptr) lacksGroup = true;
+  });
+  EXPECT_TRUE(lacksItem);
+  EXPECT_TRUE(lacksGroup);
 }

@@ -3,6 +3,7 @@
 #include <Quarry/ParserFile.h>
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -186,4 +187,24 @@ TEST_F(SavingFaultTest, ATextThatIsTakenInPiecesIsWrittenWhole) {
   calls.setLargestWrite(3);
   EXPECT_TRUE(file.save(path));
   EXPECT_EQ(folder.read("x.cfg"), NEW_TEXT);
+}
+
+TEST_F(SavingFaultTest, ADeviceThatTakesNothingIsNotTriedForEver) {
+  bool isSaved = true;
+  {
+    SystemCalls calls;
+    calls.setLargestWrite(0);
+    isSaved = file.save(path);
+  }
+  EXPECT_FALSE(isSaved);
+  EXPECT_EQ(folder.read("x.cfg"), OLD_TEXT);
+}
+
+TEST_F(SavingFaultTest, AnotherGroupAloneIsKeptToo) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only the superuser gives files away";
+  ASSERT_EQ(::chown(path.c_str(), ::geteuid(), STRANGER), 0);
+  EXPECT_THAT(findCalls(file, path), Contains("fchown"));
+  struct stat status = {};
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_gid, STRANGER);
 }

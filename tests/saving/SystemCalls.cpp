@@ -66,6 +66,7 @@ int __real_faccessat(int folder, const char* path, int mode, int flags);
 int __real_fstat(int file, struct stat* status);
 int __real_fchown(int file, uid_t owner, gid_t group);
 int __real_fchmod(int file, mode_t mode);
+ssize_t __real_read(int file, void* bytes, size_t size);
 ssize_t __real_write(int file, const void* bytes, size_t size);
 int __real_fsync(int file);
 int __real_close(int file);
@@ -106,6 +107,10 @@ int __wrap_fchown(int file, uid_t owner, gid_t group) {
 
 int __wrap_fchmod(int file, mode_t mode) {
   return meetsFault("fchmod") ? -1 : __real_fchmod(file, mode);
+}
+
+ssize_t __wrap_read(int file, void* bytes, size_t size) {
+  return meetsFault("read") ? -1 : __real_read(file, bytes, size);
 }
 
 ssize_t __wrap_write(int file, const void* bytes, size_t size) {

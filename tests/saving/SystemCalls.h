@@ -1,4 +1,4 @@
-/// Stands between the library and the system while a document is saved.
+/// Stands between the library and the system while a document is read or saved.
 #pragma once
 
 #include <string>
@@ -13,8 +13,8 @@ enum class Fault {
   ENDS_PROCESS,  ///< the process ends before it, as if it was killed
 };
 
-/// As long as this lives, the system calls of this program that saving makes are counted, and one
-/// of them meets a fault.
+/// As long as this lives, the system calls of this program that reading and saving make are
+/// counted, and one of them meets a fault.
 class SystemCalls {
  public:
   /// @param number which call meets it, from 1

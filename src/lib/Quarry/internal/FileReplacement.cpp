@@ -49,7 +49,7 @@ bool FileReplacement::followLinks() {
   for (int links = 0; links < MOST_LINKS; ++links) {
     char place[PATH_MAX];
     const ssize_t length = ::readlink(target.c_str(), place, sizeof place);
-    if (length < 0) return errno == EINVAL || errno == ENOENT || fail("follow the link", errno);
+    if (length < 0) return check(errno == EINVAL || errno == ENOENT, "follow the link");
     const std::string_view link(place, static_cast<std::size_t>(length));
     const std::size_t folderEnd = link.starts_with('/') ? 0 : target.rfind('/') + 1;
     target.erase(folderEnd);
@@ -62,17 +62,16 @@ bool FileReplacement::openFolder() {
   const std::size_t nameBegin = target.rfind('/') + 1;  // 0 where there is no slash
   folderPath = nameBegin == 0 ? "." : target.substr(0, nameBegin);
   folder = ::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) return fail("open the folder of", errno);
-  target.erase(0, nameBegin);
-  return true;
+  if (folder >= 0) target.erase(0, nameBegin);
+  return check(folder >= 0, "open the folder of");
 }
 
 bool FileReplacement::examineTarget() {
   exists = ::fstatat(folder, target.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-  if (!exists) return errno == ENOENT || fail("examine", errno);
+  if (!exists) return check(errno == ENOENT, "examine");
   if (S_ISDIR(status.st_mode)) return fail("replace", EISDIR);
   if (!S_ISREG(status.st_mode)) return fail("replace what is no regular file", EINVAL);
-  return ::faccessat(folder, target.c_str(), W_OK, AT_EACCESS) == 0 || fail("write", errno);
+  return check(::faccessat(folder, target.c_str(), W_OK, AT_EACCESS) == 0, "write");
 }
 
 bool FileReplacement::createFile() {
@@ -88,50 +87,49 @@ bool FileReplacement::createFile() {
     }
     if (errno != EEXIST) break;
   }
-  return fail("make a file beside", errno);
+  return check(false, "make a file beside");
 }
 
 /// A file that someone else owns can only be replaced by who may give files away.
 bool FileReplacement::keepOwner() {
   struct stat own = {};
   if (!exists) return true;
-  if (::fstat(file, &own) != 0) return fail("examine the file beside", errno);
+  if (!check(::fstat(file, &own) == 0, "examine the file beside")) return false;
   if (own.st_uid == status.st_uid && own.st_gid == status.st_gid) return true;
-  return ::fchown(file, status.st_uid, status.st_gid) == 0 || fail("keep the owner of", errno);
+  return check(::fchown(file, status.st_uid, status.st_gid) == 0, "keep the owner of");
 }
 
 bool FileReplacement::keepMode() {
-  if (!exists) return true;
-  return ::fchmod(file, status.st_mode & MODE_BITS) == 0 || fail("keep the mode of", errno);
+  return !exists || check(::fchmod(file, status.st_mode & MODE_BITS) == 0, "keep the mode of");
 }
 
 bool FileReplacement::writeText(std::string_view text) {
-  return writeAll(file, text) || fail("write", errno);
+  return check(writeAll(file, text), "write");
 }
 
 /// A file system that knows no flushing has nothing to flush.
 bool FileReplacement::flush(int descriptor, const char* action) {
   while (::fsync(descriptor) != 0) {
     if (errno == EINVAL) return true;
-    if (errno != EINTR) return fail(action, errno);
+    if (errno != EINTR) return check(false, action);
   }
   return true;
 }
 
 /// A file is closed also where closing it was interrupted.
 bool FileReplacement::closeFile() {
-  const bool isClosed = ::close(file) == 0 || errno == EINTR;
-  const int error = errno;
-  file = -1;
-  return isClosed || fail("close", error);
+  const int closed = std::exchange(file, -1);
+  return check(::close(closed) == 0 || errno == EINTR, "close");
 }
 
 bool FileReplacement::replaceTarget() {
-  if (::renameat(folder, newName.c_str(), folder, target.c_str()) != 0) {
-    return fail("replace", errno);
-  }
-  newName.clear();
-  return true;
+  const bool isReplaced = ::renameat(folder, newName.c_str(), folder, target.c_str()) == 0;
+  if (isReplaced) newName.clear();
+  return check(isReplaced, "replace");
+}
+
+bool FileReplacement::check(bool succeeded, const char* action) {
+  return succeeded ? true : fail(action, errno);
 }
 
 bool FileReplacement::fail(const std::string& action, int error) {

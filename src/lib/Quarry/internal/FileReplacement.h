@@ -49,6 +49,11 @@ class FileReplacement {
   bool flush(int descriptor, const char* action);
   bool closeFile();
   bool replaceTarget();
+
+  /// Notes what went wrong, with the system's reason, unless nothing did. Returns `succeeded`.
+  bool check(bool succeeded, const char* action);
+
+  /// Notes what went wrong. Returns false.
   bool fail(const std::string& action, int error);
 
   std::string target;      ///< the file's path; then its name in the folder
