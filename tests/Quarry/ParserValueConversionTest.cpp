@@ -266,13 +266,13 @@ TEST(ParserValueCharTextTest, TheTextIsNotTheCharacter) { EXPECT_EQ(readChar("A"
 
 TEST(ParserValueCharTextTest, OnlyTheLow8BitsCount) {
   EXPECT_EQ(readChar("300"), 44);
-  EXPECT_EQ(readChar("255"), -1);
+  EXPECT_EQ(readChar("255"), static_cast<char>(-1));
   EXPECT_EQ(readChar("-129"), 127);
 }
 
 TEST(ParserValueCharTextTest, TheTextIsReadLikeAnInteger) {
-  EXPECT_EQ(readChar(" -1x"), -1);
-  EXPECT_EQ(readChar("99999999999999999999"), -1);
+  EXPECT_EQ(readChar(" -1x"), static_cast<char>(-1));
+  EXPECT_EQ(readChar("99999999999999999999"), static_cast<char>(-1));
 }
 
 // --- The text of a double ------------------------------------------------------------------------
