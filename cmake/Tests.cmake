@@ -1,5 +1,15 @@
 include(GoogleTest)
 
+# What the tests call as the tool. Where an emulator runs the programs, that is a script.
+set(QUARRY_TOOL_COMMAND "$<TARGET_FILE:QuarryTool>")
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+  set(QUARRY_TOOL_COMMAND "${PROJECT_BINARY_DIR}/quarry-emulated")
+  list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)
+  file(GENERATE OUTPUT "${QUARRY_TOOL_COMMAND}"
+       CONTENT "#!/bin/sh\nexec ${emulator} $<TARGET_FILE:QuarryTool> \"$@\"\n"
+       FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+endif()
+
 # quarry_add_tests(<name> [GERMAN] SOURCES <file>... LIBRARIES <target>...)
 #
 # Makes one test program and registers each of its tests, or the program as one test where starting
@@ -13,8 +23,12 @@ function(quarry_add_tests name)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} TestSupport)
   target_compile_definitions(${name} PRIVATE TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
   if(TARGET QuarryTool)
-    target_compile_definitions(${name} PRIVATE QUARRY_TOOL_PATH="$<TARGET_FILE:QuarryTool>")
+    target_compile_definitions(${name} PRIVATE QUARRY_TOOL_PATH="${QUARRY_TOOL_COMMAND}")
     add_dependencies(${name} QuarryTool)
+  endif()
+  if(QUARRY_GUARD_PAGES)
+    target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/guards/GuardedHeap.cpp"
+                                   "${PROJECT_SOURCE_DIR}/tests/guards/GuardedHeapTest.cpp")
   endif()
   quarry_enable_warnings(${name})
 
