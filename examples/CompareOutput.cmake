@@ -1,8 +1,9 @@
-# Runs PROGRAM with ARGUMENTS and compares what it writes to standard output with EXPECTED.txt. Where
-# EXPECTED.cfg exists, it is compared with the file that the last argument names.
+# Runs PROGRAM, by EMULATOR where there is one, with ARGUMENTS and compares what it writes to
+# standard output with EXPECTED.txt. Where EXPECTED.cfg exists, it is compared with the file that the
+# last argument names.
 cmake_path(GET PROGRAM FILENAME name)
 execute_process(
-  COMMAND "${PROGRAM}" ${ARGUMENTS}
+  COMMAND ${EMULATOR} "${PROGRAM}" ${ARGUMENTS}
   OUTPUT_FILE "${name}.txt"
   COMMAND_ERROR_IS_FATAL ANY)
 
