@@ -107,7 +107,8 @@ TEST(NameIndexTest, NamesOfOneHashAreToldApart) {
 
 TEST(NameIndexTest, ANameThatOnlySharesItsHashIsNotFound) {
   const auto [name, other] = findNamesOfOneHash();
-  const NameIndex index = ItemList({name}).makeIndex();
+  const ItemList items({name});
+  const NameIndex index = items.makeIndex();
   EXPECT_EQ(index.find(other), nullptr);
 }
 
