@@ -16,12 +16,14 @@ namespace Fuzz {
 struct ItemModel {
   std::string name;
   Quarry::ParserItem::Type type = Quarry::ParserItem::ITEM_PLAIN;
-  std::vector<std::string> values;
-  std::string templateName;
+  std::vector<std::string> values = {};
+  std::string templateName = {};
+  std::string array = {};  ///< as it is written
 
   std::string getText() const {
     const bool isCall = type == Quarry::ParserItem::ITEM_CALL;
     std::string text = templateName.empty() ? name : name + '<' + templateName + '>';
+    text += array;
     if (isCall) text += '(';
     for (std::size_t i = 0; i < values.size(); ++i) {
       if (!isCall) text += ' ';

@@ -52,7 +52,7 @@ class Script {
       case 12: return removeValue();
       case 13: return setTemplate();
       case 14: return readText();
-      default: return input.takeChoice() % 16 == 0 ? clear() : takeName();
+      default: return input.takeChoice() % 16 == 0 ? clear() : setArray();
     }
   }
 
@@ -79,7 +79,7 @@ class Script {
   std::string addMany(unsigned count) {
     std::string name = takeName();
     for (unsigned i = 0; i <= count; ++i) {
-      model.add(group->addItem(name, 0, 0), {name, typeFor(name), {}, {}});
+      model.add(group->addItem(name, 0, 0), {name, typeFor(name)});
       name = (name.starts_with('#') ? "#k" : "n") + std::to_string(i);
     }
     return name;
@@ -88,7 +88,7 @@ class Script {
   std::string adopt() {
     const std::string name = takeName();
     const auto type = static_cast<ParserItem::Type>(input.takeChoice() % 3);
-    model.add(group->addItem(*new ParserItem(name, type, 0, 0)), {name, type, {}, {}});
+    model.add(group->addItem(*new ParserItem(name, type, 0, 0)), {name, type});
     return name;
   }
 
@@ -98,7 +98,7 @@ class Script {
     inner->addItem("inner", 0, 0)->addInt(1);
     group->addGroup(inner.release(), false);
     const Fuzz::Items items = Fuzz::ItemLister::list(*group);
-    model.add(items.back(), {name, typeFor(name), {name + " { inner 1 }"}, {}});
+    model.add(items.back(), {name, typeFor(name), {name + " { inner 1 }"}});
     return name;
   }
 
@@ -146,8 +146,7 @@ class Script {
   std::string readText() {
     const std::string name = takeName();
     group->setText(name + " 1, yes \"x\"", 1.1);
-    model.add(Fuzz::ItemLister::list(*group).back(),
-              {name, typeFor(name), {"1", "yes", "\"x\""}, {}});
+    model.add(Fuzz::ItemLister::list(*group).back(), {name, typeFor(name), {"1", "yes", "\"x\""}});
     return name;
   }
 
@@ -218,6 +217,7 @@ class Script {
     return place->model.name;
   }
 
+  /// Removes one value, or it and the one behind the next, or all.
   std::string removeValue() {
     Place* place = takePlace();
     if (place == nullptr || place->model.values.empty()) return takeName();
@@ -226,10 +226,26 @@ class Script {
     if (index == values.size()) {
       place->item->reset();
       values.clear();
-    } else {
+    } else if (input.takeChoice() % 2 == 0) {
       place->item->removeValue(index);
       values.erase(values.begin() + static_cast<long>(index));
+    } else {
+      place->item->removeValue(std::vector<unsigned long>{index + 2, index, index});
+      if (index + 2 < values.size()) values.erase(values.begin() + static_cast<long>(index) + 2);
+      values.erase(values.begin() + static_cast<long>(index));
     }
+    return place->model.name;
+  }
+
+  /// The count of an array is written as one raw byte.
+  std::string setArray() {
+    const unsigned long arrayCount = input.takeChoice();
+    Place* place = takePlace();
+    if (place == nullptr) return takeName();
+    place->item->setArray(arrayCount < 200, arrayCount);
+    const char byte = static_cast<char>(arrayCount);
+    place->model.array = arrayCount == 0 ? "[]" : std::string{'[', byte, ']'};
+    if (arrayCount >= 200) place->model.array.clear();
     return place->model.name;
   }
 
