@@ -29,7 +29,9 @@ namespace Plinth {
 /// line within `(?m)`; `.` is any byte but a line feed, or any byte within `(?s)`.
 ///
 /// **Cost.** Matching takes time linear in the text, whatever the pattern, so that a pattern may
-/// come from a stranger.
+/// come from a stranger. At worst each byte takes a step for each part of the compiled pattern, and
+/// a counted repetition has as many parts as it counts: of long texts and long patterns, only one
+/// should come from a stranger.
 ///
 /// **Lifetime.** An expression keeps nothing of the texts that it is given. Copies share the
 /// compiled pattern, so they cost next to nothing; an expression that was moved from holds none.
