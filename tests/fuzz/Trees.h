@@ -19,7 +19,22 @@ namespace Fuzz {
 /// written on one line.
 constexpr unsigned long DEEPEST_MULTILINE = 200;
 
-/// Reads each value in every way, and holds the answers against each other.
+/// Looks up each item that has a number by its name.
+inline void lookUpNames(const Quarry::ParserGroup& group) {
+  for (unsigned long i = 0; i < group.getItemCount(); ++i) {
+    const Quarry::ParserItem* item = group.getItem(i);
+    const Quarry::ParserItem* first = group.getItem(item->getName());
+    require(first != nullptr && first->getName() == item->getName());
+    require(i != 0 || first == item);
+  }
+  if (group.getItemCount() == 0) return;
+  const Quarry::ParserItem* last = group.getItem(group.getItemCount() - 1);
+  require(group.getEntries(last->getName()).back() == last);
+  require(group.getEntries(last->getName()).front() == group.getItem(last->getName()));
+}
+
+/// Reads each value in every way, and holds the answers against each other. Looks up the items of
+/// nested groups, too.
 class ValueReader {
  public:
   struct GroupMark {
@@ -52,6 +67,7 @@ class ValueReader {
   GroupMark beginGroup(const Quarry::ParserItem& item, unsigned long index,
                        const Quarry::ParserGroup& group, const GroupMark& outer) {
     require(item.isValueGroup(index) && item.getGroup(index) == &group);
+    lookUpNames(group);
     readNumbers(item, index);
     readBytes(item, index);
     depth = std::max(depth, outer.depth + 1);
@@ -100,20 +116,6 @@ inline std::string writeText(const Quarry::ParserGroup& root, bool multiline) {
   std::string text;
   root.getText(text, false, multiline, 1);
   return text;
-}
-
-/// Looks up each item that has a number by its name.
-inline void lookUpNames(const Quarry::ParserGroup& group) {
-  for (unsigned long i = 0; i < group.getItemCount(); ++i) {
-    const Quarry::ParserItem* item = group.getItem(i);
-    const Quarry::ParserItem* first = group.getItem(item->getName());
-    require(first != nullptr && first->getName() == item->getName());
-    require(i != 0 || first == item);
-  }
-  if (group.getItemCount() == 0) return;
-  const Quarry::ParserItem* last = group.getItem(group.getItemCount() - 1);
-  require(group.getEntries(last->getName()).back() == last);
-  require(group.getEntries(last->getName()).front() == group.getItem(last->getName()));
 }
 
 }  // namespace Fuzz
