@@ -60,7 +60,10 @@ std::string readFile(const std::string& path) {
   std::set<std::string> included;
   std::string text;
   file.preprocessFile(text, path, included);
-  if (text.size() <= LONGEST_PARSED) file.read(path);
+  Quarry::ParserLimits limits;
+  limits.preprocessedBytes = LONGEST_PARSED;
+  file.setLimits(limits);
+  require(!file.read(path) || text.size() <= LONGEST_PARSED);
   return text;
 }
 

@@ -178,6 +178,26 @@ Cases makeFiles() {
   return cases;
 }
 
+/// Files that include each other, and what chooses the highest limits but one.
+Cases makeLimitedFiles() {
+  const std::string separator = "\x1E";
+  const auto include = [](int number) { return "#include \"" + std::to_string(number) + "\"\n"; };
+  std::string circle;
+  std::string fan;
+  for (int number = 0; number < 8; ++number) {
+    circle += include((number + 1) % 8) + separator;
+    fan += repeat(include(number + 1), number < 7 ? 8000 : 0) + separator;
+  }
+  Cases cases = {{"circle", circle},
+                 {"fan", fan},
+                 {"an_empty_file", repeat(include(1), LENGTH - 1000)},
+                 {"a_missing_file", repeat("#include \"x\"\n", LENGTH - 1000)},
+                 {"deep_groups", repeat("a{", LENGTH - 1000)}};
+  for (auto& [name, bytes] : cases)
+    bytes += "\xFF\xFF";
+  return cases;
+}
+
 /// Compresses `bytes`, of which there are as many as give about 64 KiB.
 std::string compress(const std::string& bytes) {
   constexpr int GZIP_WINDOW = 15 + 16;
@@ -243,6 +263,7 @@ int main(int argc, char** argv) {
     write(folder + "binary_round_trip", makeTexts(), "\1"s);
     write(folder + "pattern", makePatterns(), "x");
     write(folder + "preprocessor", makeFiles(), "\n");
+    write(folder + "limits", makeLimitedFiles(), "\xFF");
     write(folder + "gzip", makeCompressedFiles(), "\0"s);
     write(folder + "gzip", makeTexts(), "\1"s);
     write(folder + "api", makeScripts(), "\7");
