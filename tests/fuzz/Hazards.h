@@ -30,8 +30,8 @@ class Hazards {
   /// The binary form ends a string at its first zero byte.
   bool hasZeroByte = false;
 
-  /// A number is kept up to the first zero byte of its word, but an `e` or a point behind that made
-  /// it a double. Without them it is an integer.
+  /// A number is kept up to the first zero byte of its word. What is behind that may have made it
+  /// a double, as in `2` `\0` `e`, or a number at all: `inf` alone is a name.
   bool hasCutNumber = false;
 
   /// A number that was set by code, or came from binary data, is written as one raw byte.
@@ -102,10 +102,14 @@ class Hazards {
   }
 
   void lookAtNumber(Quarry::ParserValue::Type type, const std::string& word, bool endsLine) {
-    Quarry::ParserValue::Type typeOfWord = Quarry::ParserValue::TYPE_EMPTY;
-    const bool isValue = Quarry::ParserWord(word, true, 1.1).isValue(typeOfWord);
-    if (word.empty()) hasRawByte = true;
-    if (isValue && typeOfWord != type) hasCutNumber = true;
+    const Quarry::ParserWord readAgain(word, true, 1.1);
+    Quarry::ParserValue::Type typeAgain = Quarry::ParserValue::TYPE_EMPTY;
+    const bool isNumber = !readAgain.isIdentifier() && readAgain.isValue(typeAgain);
+    if (word.empty()) {
+      hasRawByte = true;
+    } else if (!isNumber || typeAgain != type) {
+      hasCutNumber = true;
+    }
     if (!endsLine && leavesQuoteOpen(word)) hasOpenQuote = true;
     if (word.find('"') != std::string::npos || word.find("//") != std::string::npos)
       hasQuoteOrCommentInNumber = true;
