@@ -154,7 +154,8 @@ bool ParserFile::read(const std::string& name) {
 }
 
 bool ParserFile::write(const std::string& name) {
-  const std::string givenName = name;  // which may be the directory, and changes then
+  std::string givenName;
+  givenName = name;  // a copy: the name may be the directory, which changes
   if (!name.empty()) setFilename(name);
   OutputFile file(filename);
   if (!file.isOpen()) return false;
