@@ -12,7 +12,7 @@ namespace Quarry {
 /// How loading a file ended.
 enum class LoadResult {
   LOADED,
-  NOT_OPENED,             ///< a plain file could not be opened
+  NOT_OPENED,             ///< a plain file could not be opened or read
   COMPRESSED_NOT_OPENED,  ///< a compressed file could not be opened
   TOO_LARGE               ///< the file has more bytes than were allowed
 };
