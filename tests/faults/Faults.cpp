@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -147,6 +148,13 @@ void operator delete[](void* block, std::align_val_t, const std::nothrow_t&) noe
 
 // --- What the library takes by other ways --------------------------------------------------------
 
+/// How the names of functions that take a size tell its type.
+#if SIZE_MAX == UINT64_MAX
+#define SIZE_LETTER "m"
+#else
+#define SIZE_LETTER "j"
+#endif
+
 // The linker leads the library's calls to these, and these to the functions themselves.
 void* realMmap(void* place, std::size_t size, int protection, int flags, int file,
                off_t offset) asm("__real_mmap");
@@ -154,17 +162,18 @@ void* takeRealSlab(SlabSource* source) asm("__real__ZN6Quarry10SlabSource4takeEv
 void giveBackRealSlab(SlabSource* source,
                       void* slab) asm("__real__ZN6Quarry10SlabSource8giveBackEPv");
 void* takeRealBlock(LargeBlocks* blocks,
-                    std::size_t size) asm("__real__ZN6Quarry11LargeBlocks4takeEm");
-void giveBackRealBlock(LargeBlocks* blocks, void* block,
-                       std::size_t size) asm("__real__ZN6Quarry11LargeBlocks8giveBackEPvm");
+                    std::size_t size) asm("__real__ZN6Quarry11LargeBlocks4takeE" SIZE_LETTER);
+void giveBackRealBlock(LargeBlocks* blocks, void* block, std::size_t size) asm(
+    "__real__ZN6Quarry11LargeBlocks8giveBackEPv" SIZE_LETTER);
 
 void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int file,
                  off_t offset) asm("__wrap_mmap");
 void* takeSlab(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource4takeEv");
 void giveBackSlab(SlabSource* source, void* slab) asm("__wrap__ZN6Quarry10SlabSource8giveBackEPv");
-void* takeBlock(LargeBlocks* blocks, std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks4takeEm");
+void* takeBlock(LargeBlocks* blocks,
+                std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks4takeE" SIZE_LETTER);
 void giveBackBlock(LargeBlocks* blocks, void* block,
-                   std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks8giveBackEPvm");
+                   std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks8giveBackEPv" SIZE_LETTER);
 
 void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int file, off_t offset) {
   if (Attempt::takesAllocation(Whose::OWN)) {
