@@ -310,9 +310,11 @@ INSTANTIATE_TEST_SUITE_P(OddUsesTest, OutsideTest,
 // --- Numbers far out -----------------------------------------------------------------------------
 
 TEST(OddUsesTest, RemovingTheValueOfAHugeIndexRemovesNothing) {
+  constexpr unsigned long LOW_HALF = 0xFFFFFFFF;
+  constexpr unsigned long BEYOND = HUGE_INDEX > LOW_HALF ? LOW_HALF + 1 : HUGE_INDEX / 2;
   const auto root = readText("a 1 2");
   root->getItem("a")->removeValue(HUGE_INDEX);
-  root->getItem("a")->removeValue({HUGE_INDEX, HUGE_INDEX - 1, 1UL << 32, (1UL << 32) + 1, 2});
+  root->getItem("a")->removeValue({HUGE_INDEX, HUGE_INDEX - 1, BEYOND, BEYOND + 1, 2});
   EXPECT_EQ(describe(*root), "a int:1 int:2");
 }
 

@@ -115,7 +115,8 @@ ssize_t __wrap_read(int file, void* bytes, size_t size) {
 
 ssize_t __wrap_write(int file, const void* bytes, size_t size) {
   if (meetsFault("write")) return -1;
-  return __real_write(file, bytes, state.isWatching ? std::min(size, state.largestWrite) : size);
+  return __real_write(file, bytes,
+                      state.isWatching ? std::min<size_t>(size, state.largestWrite) : size);
 }
 
 int __wrap_fsync(int file) { return meetsFault("fsync") ? -1 : __real_fsync(file); }
