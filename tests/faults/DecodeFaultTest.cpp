@@ -12,6 +12,7 @@
 
 #include "Consistency.h"
 #include "Faults.h"
+#include "VariedText.h"
 #include "support/Bytes.h"
 #include "support/Documents.h"
 #include "support/RecordingConsole.h"
@@ -25,24 +26,15 @@ using TestSupport::Bytes;
 using TestSupport::expectConsistent;
 using TestSupport::forEveryFault;
 using TestSupport::operator+;
+using TestSupport::LONG_STRING;
+using TestSupport::makeVariedText;
 using TestSupport::readText;
 using TestSupport::RecordingConsole;
 using TestSupport::writeLines;
 
 namespace {
 
-const std::string LONG_STRING = "a string that is longer than a value";
-
-std::string makeText(int count) {
-  std::string text = "#Keyword 1";
-  for (int i = 0; i < count; ++i) {
-    text += "\nan_item_with_a_long_name_" + std::to_string(i) + " yes 1 2.5 \"short\" \"" +
-            LONG_STRING + "\" 0x0102030400000000 { a 1 b { c \"" + LONG_STRING + "\" } }";
-  }
-  return text + "\nlist" + std::string(200, ' ') + "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16";
-}
-
-const std::string TEXT = makeText(8);
+const std::string TEXT = makeVariedText(8);
 
 /// Bytes of every kind of damage that the reader goes on behind, or gives up at.
 Bytes makeDamagedBytes() {
