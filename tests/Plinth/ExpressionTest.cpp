@@ -35,9 +35,9 @@ std::vector<Report> getReports(const std::string& pattern) {
 }
 
 /// Returns the expression of a pattern that does not compile, without the warning.
-Expression makeInvalid() {
+Expression makeInvalid(const std::string& pattern = "(") {
   const Console::Handler previous = console.setHandler([](auto&&...) {});
-  Expression expression("(");
+  Expression expression(pattern);
   console.setHandler(previous);
   return expression;
 }
@@ -184,7 +184,11 @@ TEST(ExpressionValidTest, IsMadeFromAPatternOnlyExplicitly) {
 }
 
 TEST(ExpressionValidTest, ADeeplyNestedPatternDoesNotExhaustTheStack) {
-  const Expression expression(std::string(20000, '(') + 'a' + std::string(20000, ')'));
+  constexpr int DEPTH = Expression::MOST_BYTES / 4 - 1;
+  std::string pattern;
+  for (int i = 0; i < DEPTH; ++i)
+    pattern += "(?:";
+  const Expression expression(pattern + 'a' + std::string(DEPTH, ')'));
   EXPECT_TRUE(expression.match("a"));
 }
 
@@ -219,8 +223,37 @@ TEST(ExpressionWarningTest, IsGivenForWhatWouldNeedBacktracking) {
   EXPECT_EQ(getReports("a(?=b)").size(), 1U);
 }
 
-TEST(ExpressionWarningTest, IsGivenForAPatternTooLarge) {
+TEST(ExpressionWarningTest, IsGivenForAPatternThatRepeatsTooOften) {
   EXPECT_EQ(getReports("((a{100}){100}){100}").size(), 1U);
+}
+
+TEST(ExpressionWarningTest, IsGivenForMoreSteps) {
+  const std::string pattern = "a{900}b{900}c{900}";
+  const std::vector<Report> reports = getReports(pattern);
+  ASSERT_EQ(reports.size(), 1U);
+  EXPECT_EQ(reports[0].message,
+            "Expression::Expression: invalid pattern '" + pattern + "': more than 2500 steps\n");
+}
+
+TEST(ExpressionWarningTest, IsNotGivenForAThousandBytes) {
+  EXPECT_TRUE(getReports(std::string(1000, 'a')).empty());
+  EXPECT_TRUE(getReports("a{1000}").empty());
+}
+
+TEST(ExpressionWarningTest, IsGivenForMoreBytes) {
+  std::string longest;
+  while (longest.size() < Expression::MOST_BYTES)
+    longest += ".*";
+  EXPECT_TRUE(getReports(longest).empty());
+  const std::vector<Report> reports = getReports(longest + '$');
+  ASSERT_EQ(reports.size(), 1U);
+  EXPECT_EQ(reports[0].message, "Expression::Expression: invalid pattern '" + longest +
+                                    "$': longer than 16384 bytes\n");
+}
+
+TEST(ExpressionWarningTest, LeavesNoPatternWhereOneIsTooLarge) {
+  EXPECT_FALSE(makeInvalid("a{900}b{900}c{900}").isValid());
+  EXPECT_FALSE(makeInvalid(std::string(Expression::MOST_BYTES + 1, '^')).isValid());
 }
 
 TEST(ExpressionWarningTest, NothingPassesTheConsoleBy) {

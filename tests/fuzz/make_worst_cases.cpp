@@ -127,6 +127,9 @@ Cases makePatterns() {
                                                                    {".*", "x"},
                                                                    {"(a*)*", "a"},
                                                                    {"(a|a)", "a"},
+                                                                   {"(.*)", "x"},
+                                                                   {"(?:a*b*)*", "ab"},
+                                                                   {"[ab]*a[ab]", "aab"},
                                                                    {"a|", "b"},
                                                                    {"[a-z]", "m"},
                                                                    {"(", "("},
@@ -143,13 +146,9 @@ Cases makePatterns() {
   Cases cases;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     const auto& [pattern, text] = pieces[i];
-    const std::string number = std::to_string(i);
-    cases.emplace_back("halves_" + number,
-                       repeat(pattern, LENGTH / 2) + '\n' + repeat(text, LENGTH / 2 - 1));
-    cases.emplace_back("text_" + number,
-                       repeat(pattern, 1000) + '\n' + repeat(text, LENGTH - 1001));
-    cases.emplace_back("pattern_" + number,
-                       repeat(pattern, LENGTH - 1001) + '\n' + repeat(text, 1000));
+    for (std::size_t length = 250; length < LENGTH; length *= 2)
+      cases.emplace_back("piece_" + std::to_string(i) + "_length_" + std::to_string(length),
+                         repeat(pattern, length) + '\n' + repeat(text, LENGTH - length - 1));
   }
   return cases;
 }

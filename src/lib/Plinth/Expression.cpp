@@ -17,16 +17,25 @@ re2::RE2::Options getOptions() {
   return options;
 }
 
+void warn(const std::string& pattern, const std::string& reason) {
+  console.warning("Expression::Expression: invalid pattern '" + pattern + "': " + reason + "\n",
+                  "");
+}
+
 }  // namespace
 
 Expression::Expression(const std::string& pattern) {
+  if (pattern.size() > MOST_BYTES) {
+    warn(pattern, "longer than " + std::to_string(MOST_BYTES) + " bytes");
+    return;
+  }
   auto candidate = std::make_shared<const re2::RE2>(pattern, getOptions());
-  if (candidate->ok()) {
-    compiled = std::move(candidate);
+  if (!candidate->ok()) {
+    warn(pattern, candidate->error());
+  } else if (candidate->ProgramSize() > MOST_STEPS) {
+    warn(pattern, "more than " + std::to_string(MOST_STEPS) + " steps");
   } else {
-    console.warning(
-        "Expression::Expression: invalid pattern '" + pattern + "': " + candidate->error() + "\n",
-        "");
+    compiled = std::move(candidate);
   }
 }
 

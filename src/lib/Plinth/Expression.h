@@ -28,10 +28,9 @@ namespace Plinth {
 /// bytes from 128 up included. `^` and `$` stand for the start and the end of the text, or of a
 /// line within `(?m)`; `.` is any byte but a line feed, or any byte within `(?s)`.
 ///
-/// **Cost.** Matching takes time linear in the text, whatever the pattern, so that a pattern may
-/// come from a stranger. At worst each byte takes a step for each part of the compiled pattern, and
-/// a counted repetition has as many parts as it counts: of long texts and long patterns, only one
-/// should come from a stranger.
+/// **Cost.** Matching takes time linear in the text, whatever the pattern. At worst each byte of
+/// the text takes all steps of the compiled pattern; as these are bounded, both may come from a
+/// stranger.
 ///
 /// **Lifetime.** An expression keeps nothing of the texts that it is given. Copies share the
 /// compiled pattern, so they cost next to nothing; an expression that was moved from holds none.
@@ -39,12 +38,21 @@ namespace Plinth {
 /// **Threads.** One expression, or copies of it, may match in several threads at once.
 class PLINTH_EXPORT Expression {
  public:
+  /// The length, in bytes, of the longest pattern that compiles.
+  static constexpr unsigned long MOST_BYTES = 16384;
+
+  /// The number of steps of the largest compiled pattern. A byte, a class of bytes, `*`, `|` and
+  /// `(` take a step or two each; a counted repetition takes those of what it repeats as often as
+  /// it counts.
+  static constexpr int MOST_STEPS = 2500;
+
   /// An expression that holds no pattern and matches nothing.
   Expression() = default;
 
-  /// Compiles `pattern`. One that does not compile gives one warning on the console, with the
-  /// pattern and the reason, and an expression that holds no pattern. Throws `std::bad_alloc` when
-  /// memory runs out, and what the console's handler throws.
+  /// Compiles `pattern`. One that does not compile, that is longer than MOST_BYTES or takes more
+  /// than MOST_STEPS gives one warning on the console, with the pattern and the reason, and an
+  /// expression that holds no pattern. Throws `std::bad_alloc` when memory runs out, and what the
+  /// console's handler throws.
   explicit Expression(const std::string& pattern);
 
   /// Returns whether there is a compiled pattern.
