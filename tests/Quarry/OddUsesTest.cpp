@@ -8,6 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -394,4 +397,45 @@ TEST(OddUsesTest, AClearedGroupIsEncodedAsAnEmptyOneAndReadsBack) {
   unsigned long count = 0;
   value.getBinary(bytes, count, true);
   EXPECT_EQ(bytes, TestSupport::makeBytes("00") + TestSupport::makeSize(0));
+}
+
+// --- Derived classes -----------------------------------------------------------------------------
+
+namespace {
+
+template <class Base, std::size_t SIZE>
+struct Derived : Base {
+  template <class... Arguments>
+  explicit Derived(bool fails, Arguments... arguments) : Base(arguments...) {
+    if (fails) throw std::length_error("derived");
+  }
+  char more[SIZE] = {};
+};
+
+template <std::size_t SIZE>
+using DerivedItem = Derived<ParserItem, SIZE>;
+template <std::size_t SIZE>
+using DerivedGroup = Derived<ParserGroup, SIZE>;
+
+}  // namespace
+
+TEST(OddUsesTest, ALargeDerivedClassIsMadeAndDeleted) {
+  std::unique_ptr<DerivedItem<2000>> item(
+      new DerivedItem<2000>(false, "a", ParserItem::ITEM_PLAIN, 0, 0));
+  std::unique_ptr<DerivedGroup<2000>> group(new DerivedGroup<2000>(false, "g"));
+  EXPECT_EQ(item->getName() + group->getName(), "ag");
+}
+
+TEST(OddUsesTest, WithoutThrowingALargeDerivedClassIsNull) {
+  EXPECT_EQ((new (std::nothrow) DerivedItem<2000>(true, "a", ParserItem::ITEM_PLAIN, 0, 0)),
+            nullptr);
+  EXPECT_EQ((new (std::nothrow) DerivedGroup<2000>(true, "g")), nullptr);
+}
+
+TEST(OddUsesTest, ADerivedConstructorThatThrowsGivesItsMemoryBack) {
+  EXPECT_THROW((new (std::nothrow) DerivedItem<500>(true, "a", ParserItem::ITEM_PLAIN, 0, 0)),
+               std::length_error);
+  EXPECT_THROW((new (std::nothrow) DerivedGroup<500>(true, "g")), std::length_error);
+  EXPECT_THROW((new DerivedItem<2000>(true, "a", ParserItem::ITEM_PLAIN, 0, 0)), std::length_error);
+  EXPECT_THROW((new DerivedGroup<2000>(true, "g")), std::length_error);
 }

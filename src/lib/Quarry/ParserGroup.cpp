@@ -61,11 +61,7 @@ ParserGroup::~ParserGroup() {
 void* ParserGroup::operator new(std::size_t size) { return SlabHeap::allocate(size); }
 
 void* ParserGroup::operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  try {
-    return SlabHeap::allocate(size);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
+  return SlabHeap::allocateOrNull(size);
 }
 
 void ParserGroup::operator delete(void* memory, std::size_t size) noexcept {

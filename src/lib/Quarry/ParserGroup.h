@@ -47,7 +47,8 @@ class QUARRY_EXPORT ParserGroup {
   ~ParserGroup();
 
   /// Groups have memory of their own kind, which is cheaper to get and to free than the process's.
-  /// Any thread may free it. Throws `std::bad_alloc`; with `std::nothrow` returns null instead.
+  /// Any thread may free it. Throws `std::bad_alloc`; with `std::nothrow` returns null instead,
+  /// and also for a class that is derived from this one and larger than 1,024 bytes.
   static void* operator new(std::size_t size);
   static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept;
   static void* operator new(std::size_t, void* place) noexcept { return place; }

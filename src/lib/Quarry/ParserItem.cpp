@@ -45,11 +45,7 @@ void ParserItem::freeValues() noexcept {
 void* ParserItem::operator new(std::size_t size) { return SlabHeap::allocate(size); }
 
 void* ParserItem::operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  try {
-    return SlabHeap::allocate(size);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
+  return SlabHeap::allocateOrNull(size);
 }
 
 void ParserItem::operator delete(void* memory, std::size_t size) noexcept {

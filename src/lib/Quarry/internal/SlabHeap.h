@@ -46,6 +46,10 @@ class SlabHeap {
   /// Returns memory for `size` bytes, more than 0. Throws std::bad_alloc.
   static void* allocate(std::size_t size);
 
+  /// The same, but returns null when memory runs out, and for more than LARGEST: whoever frees
+  /// what `new (std::nothrow)` has got is not told how much it was.
+  static void* allocateOrNull(std::size_t size) noexcept;
+
   /// Frees memory of allocate(). Never allocates.
   /// @param memory null is ignored
   /// @param size as given to allocate(); up to LARGEST, any other size up to LARGEST will do
@@ -179,5 +183,14 @@ inline void SlabHeap::free(void* memory, std::size_t size) noexcept {
 }
 
 #endif
+
+inline void* SlabHeap::allocateOrNull(std::size_t size) noexcept {
+  if (size > LARGEST) return nullptr;
+  try {
+    return allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 
 }  // namespace Quarry
