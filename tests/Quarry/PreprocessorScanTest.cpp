@@ -37,7 +37,8 @@ class OverwritingSink {
     overwrite(offset, bytes.size() - 1);
   }
   void endFile(double) { texts.pop_back(); }
-  void warning(const std::string&) {}
+  void unclosedInclude(std::size_t) {}
+  void warning(Quarry::FileDiagnostic, const std::string&) {}
 
   std::string out;
 

@@ -35,7 +35,10 @@ class RecordingSink {
     includes.push_back(name);
   }
   void endFile(double version) { events.push_back("end " + Plinth::getLabel(version)); }
-  void warning(const std::string& message) { warnings.push_back(message); }
+  void unclosedInclude(std::size_t offset) {
+    events.push_back("unclosed " + std::to_string(offset));
+  }
+  void warning(Quarry::FileDiagnostic, const std::string& message) { warnings.push_back(message); }
 
   std::vector<std::string> events;
   std::vector<std::string> paths;
@@ -189,7 +192,7 @@ TEST_F(PreprocessorTest, AnIncludeWithoutClosingQuoteFailsWithoutAMessage) {
 TEST_F(PreprocessorTest, AFileWithAnUnclosedIncludeEndsWithVersion0) {
   process("#SerialVersion 2\na 1 #include \"sub.cfg");
   EXPECT_THAT(sink.events, ElementsAre("begin main.cfg", "version 0:#SerialVersion 2\n",
-                                       "run 17:a 1 ", "end 0.0"));
+                                       "run 17:a 1 ", "unclosed 21", "end 0.0"));
 }
 
 TEST_F(PreprocessorTest, TextBeforeAFailedIncludeWasHandedOn) {

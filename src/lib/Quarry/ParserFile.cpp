@@ -64,7 +64,8 @@ class TextCollector {
       out += *topText;
     }
   }
-  void warning(const std::string& message) { warn(message); }
+  void unclosedInclude(std::size_t) {}
+  void warning(FileDiagnostic, const std::string& message) { warn(message); }
 
  private:
   std::string& out;

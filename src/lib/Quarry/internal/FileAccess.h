@@ -43,6 +43,17 @@ std::string resolvePath(const std::string& path);
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
                     unsigned long& allowance);
 
+/// Finds and loads the files of a document where the system keeps them.
+struct StoredFiles {
+  static std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) {
+    return locateFile(searchPaths, name);
+  }
+  static LoadResult load(const std::string& name, const std::string& path, std::string& text,
+                         unsigned long& allowance) {
+    return loadFile(name, path, text, allowance);
+  }
+};
+
 /// A file that is written as a whole: made, or emptied, when it is opened.
 class OutputFile {
  public:

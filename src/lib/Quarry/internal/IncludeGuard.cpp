@@ -24,16 +24,20 @@ IncludeGuard::IncludeGuard(const ParserLimits& allLimits, const std::vector<std:
       searchPaths(allPaths),
       allowance(allLimits.preprocessedBytes) {}
 
-std::string IncludeGuard::object(const std::string& name, const std::string& path) const {
-  if (!isWatching || files.empty()) return std::string();
-  if (paths.count(path) > 0) return describeCycle(name, path);
+std::optional<IncludeGuard::Objection> IncludeGuard::object(const std::string& name,
+                                                            const std::string& path) const {
+  if (!isWatching || files.empty()) return std::nullopt;
+  if (paths.count(path) > 0) {
+    return Objection{FileDiagnostic::INCLUDES_ITSELF, describeCycle(name, path)};
+  }
   if (files.size() > limits.includeDepth) {
-    return Messages::limitExceeded(name, "includeDepth", limits.includeDepth);
+    return Objection{FileDiagnostic::EXCEEDS_LIMIT,
+                     Messages::limitExceeded(name, "includeDepth", limits.includeDepth)};
   }
   if (limits.includesBelowSearchPaths && !liesBelowSearchPaths(chooseFile(name, path))) {
-    return Messages::includeOutside(name);
+    return Objection{FileDiagnostic::OUTSIDE_SEARCH_PATHS, Messages::includeOutside(name)};
   }
-  return std::string();
+  return std::nullopt;
 }
 
 std::string IncludeGuard::objectToSize(const std::string& name) const {

@@ -3,6 +3,9 @@
 
 #include <Quarry/ParserLimits.h>
 
+#include "Diagnostic.h"
+
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,6 +16,12 @@ namespace Quarry {
 /// limits it keeps no books and objects to nothing.
 class IncludeGuard {
  public:
+  /// Why a file may not be opened.
+  struct Objection {
+    FileDiagnostic diagnostic;
+    std::string message;
+  };
+
   /// @param limits of the document
   /// @param paths the search paths; they must outlive the guard
   IncludeGuard(const ParserLimits& limits, const std::vector<std::string>& paths);
@@ -20,8 +29,8 @@ class IncludeGuard {
   /// Looks at a file that is to be opened.
   /// @param name the file's name as it was asked for
   /// @param path where it was found
-  /// @return the warning that tells why it may not be; empty when it may
-  std::string object(const std::string& name, const std::string& path) const;
+  /// @return why it may not be; nothing when it may
+  std::optional<Objection> object(const std::string& name, const std::string& path) const;
 
   /// Returns how many bytes further files may have; loading them lowers it.
   unsigned long& getAllowance() { return allowance; }

@@ -43,17 +43,20 @@ namespace Quarry {
 ///     comment(offset, bytes)          dropped
 ///     versionLine(offset, bytes)      dropped, with its line feed
 ///     include(offset, bytes, name)    replaced by what follows until the matching endFile
+///     unclosedInclude(offset)         an include without a closing quote: all ends with it
 ///     endFile(version)                the innermost file ends; 0.0 for an unclosed include
-///     warning(message)
+///     warning(diagnostic, message)    a file cannot be read, the top file or one just included
+///
+/// `Files` finds and loads the files, as StoredFiles does.
 ///
 /// What has been told of a text is not looked at again: the sink may overwrite it, and may take the
 /// whole string at endFile. So a document need not be copied.
-template <class Sink>
+template <class Sink, class Files = StoredFiles>
 class Preprocessor {
  public:
   Preprocessor(const std::vector<std::string>& paths, Sink& listener,
-               const ParserLimits& limits = ParserLimits())
-      : searchPaths(paths), sink(listener), guard(limits, paths) {}
+               const ParserLimits& limits = ParserLimits(), Files source = Files())
+      : searchPaths(paths), sink(listener), guard(limits, paths), storage(source) {}
 
   /// Preprocesses the file called `name`.
   /// @return the version that the file declares, 1.0 when it declares none; 0.0 when it or a file
@@ -98,23 +101,28 @@ class Preprocessor {
   enum class Stop { END_OF_FILE, INCLUDE };
 
   bool open(const std::string& name) {
-    const std::string path = locateFile(searchPaths, name);
-    if (path.empty()) return refuse(Messages::fileNotFound(name));
-    const std::string objection = guard.object(name, path);
-    if (!objection.empty()) return refuse(objection);
+    const std::string path = storage.locate(searchPaths, name);
+    if (path.empty()) return refuse(FileDiagnostic::NOT_FOUND, Messages::fileNotFound(name));
+    if (const auto objection = guard.object(name, path)) {
+      return refuse(objection->diagnostic, objection->message);
+    }
     File file;
-    const LoadResult result = loadFile(name, path, file.text, guard.getAllowance());
-    if (result == LoadResult::TOO_LARGE) return refuse(guard.objectToSize(name));
-    if (result == LoadResult::NOT_OPENED) return refuse(Messages::fileNotOpened(name));
-    if (result == LoadResult::COMPRESSED_NOT_OPENED) sink.warning(Messages::fileNotOpened(name));
+    const LoadResult result = storage.load(name, path, file.text, guard.getAllowance());
+    if (result == LoadResult::TOO_LARGE) {
+      return refuse(FileDiagnostic::EXCEEDS_LIMIT, guard.objectToSize(name));
+    }
+    if (result == LoadResult::NOT_OPENED || result == LoadResult::COMPRESSED_NOT_OPENED) {
+      sink.warning(FileDiagnostic::NOT_OPENED, Messages::fileNotOpened(name));
+      if (result == LoadResult::NOT_OPENED) return false;
+    }
     guard.open(name, path);
     files.push_back(std::move(file));
     sink.beginFile(name, path, files.back().text);
     return true;
   }
 
-  bool refuse(const std::string& warning) {
-    sink.warning(warning);
+  bool refuse(FileDiagnostic diagnostic, const std::string& warning) {
+    sink.warning(diagnostic, warning);
     return false;
   }
 
@@ -145,6 +153,7 @@ class Preprocessor {
     const std::size_t nameBegin = begin + INCLUDE_MARKER.size();
     const std::size_t nameEnd = text.find('"', nameBegin);
     if (nameEnd == NONE) {
+      sink.unclosedInclude(begin);
       file.version = FAILURE;
       return Stop::END_OF_FILE;
     }
@@ -252,6 +261,7 @@ class Preprocessor {
   const std::vector<std::string>& searchPaths;
   Sink& sink;
   IncludeGuard guard;
+  Files storage;
   std::deque<File> files;    ///< the top file first, each included by the one before it
   std::string includedName;  ///< by the directive at which a scan stopped
 };
