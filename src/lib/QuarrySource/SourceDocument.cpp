@@ -1,0 +1,212 @@
+#include <QuarrySource/SourceDocument.h>
+
+#include <Quarry/internal/Messages.h>
+#include <Quarry/internal/ParserWordStream.h>
+#include <Quarry/internal/Preprocessor.h>
+#include <Quarry/internal/TextParser.h>
+#include <Quarry/internal/WordEditor.h>
+
+#include "internal/DiagnosticCollector.h"
+#include "internal/SourceCollector.h"
+#include "internal/SpanCutter.h"
+#include "internal/StandInFiles.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace Quarry {
+
+namespace {
+
+constexpr double UNREAD_VERSION = 1.1;
+constexpr char NESTING_LIMIT[] = "nestingDepth";
+
+std::string withoutLineFeed(std::string sentence) {
+  while (!sentence.empty() && sentence.back() == '\n')
+    sentence.pop_back();
+  return sentence;
+}
+
+bool isAboutFiles(SourceRule rule) { return rule <= SourceRule::INCLUDE_CYCLE; }
+
+}  // namespace
+
+// --- Make ----------------------------------------------------------------------------------------
+
+SourceDocument::SourceDocument() : version(UNREAD_VERSION) {}
+
+SourceDocument::~SourceDocument() = default;
+
+void SourceDocument::setSearchPaths(const std::vector<std::string>& paths) { searchPaths = paths; }
+
+void SourceDocument::setLimits(const ParserLimits& newLimits) { limits = newLimits; }
+
+void SourceDocument::setText(const std::string& path, const std::string& standIn) {
+  texts[path] = standIn;
+}
+
+bool SourceDocument::read(const std::string& name) {
+  clear();
+  try {
+    preprocess(name);
+    return version > 0.0 && parse(name);
+  } catch (...) {
+    clear();
+    throw;
+  }
+}
+
+void SourceDocument::clear() {
+  files.clear();
+  openings.clear();
+  runs.clear();
+  marks.clear();
+  text.clear();
+  version = UNREAD_VERSION;
+  diagnostics.clear();
+  messages.clear();
+}
+
+/// As ParserFile::read(), which finds a file under its own name when no search path has it.
+void SourceDocument::preprocess(const std::string& name) {
+  std::vector<std::string> paths = searchPaths;
+  paths.emplace_back();
+  SourceCollector collector(*this);
+  Preprocessor preprocessor(paths, collector, limits, StandInFiles(texts));
+  try {
+    version = preprocessor.process(name);
+  } catch (const std::out_of_range&) {
+    collector.badCompressedLine();
+    version = 0.0;
+  }
+}
+
+bool SourceDocument::parse(const std::string& name) {
+  ParserWordStream words(text, version);
+  DiagnosticCollector collector(*this);
+  TextParser(words, collector, limits.nestingDepth).parse();
+  return !collector.reportLeftOut(
+      Messages::limitExceeded(name, NESTING_LIMIT, limits.nestingDepth));
+}
+
+// --- Files ---------------------------------------------------------------------------------------
+
+const SourceFile& SourceDocument::getFileOf(unsigned long opening) const {
+  return getFile(openings[opening].file);
+}
+
+std::vector<SourceSpan> SourceDocument::getSpans(unsigned long opening) const {
+  SpanCutter cutter(text, version);
+  for (const Run& run : runs) {
+    if (run.position.opening == opening) {
+      cutter.cutRun(run.textOffset, run.length, run.position.offset);
+    } else {
+      cutter.passRun(run.textOffset, run.length);
+    }
+  }
+  for (const Mark& mark : marks) {
+    if (mark.position.opening == opening) {
+      cutter.addMark(mark.kind, mark.position.offset, mark.length);
+    }
+  }
+  return cutter.finish(getFileOf(opening).getText().size());
+}
+
+// --- The preprocessed text
+// -------------------------------------------------------------------------
+
+ParserWord SourceDocument::getWord(unsigned long offset, unsigned long length) const {
+  ParserWord word(text, false, version);
+  WordEditor(word).setExtent(offset, length);
+  return word;
+}
+
+/// Returns the run that holds a byte of the text; the last one behind the text; null without text.
+const SourceDocument::Run* SourceDocument::findRun(unsigned long offset) const {
+  const auto behind =
+      std::upper_bound(runs.begin(), runs.end(), offset,
+                       [](unsigned long at, const Run& run) { return at < run.textOffset; });
+  return behind == runs.begin() ? nullptr : &*(behind - 1);
+}
+
+SourcePosition SourceDocument::getPosition(unsigned long offset) const {
+  const Run* run = findRun(offset);
+  if (run == nullptr) return {};
+  return {run->position.opening, run->position.offset + (offset - run->textOffset)};
+}
+
+std::vector<SourcePiece> SourceDocument::getPieces(unsigned long offset,
+                                                   unsigned long length) const {
+  std::vector<SourcePiece> pieces;
+  const Run* run = findRun(offset);
+  const unsigned long end = offset + length;
+  while (run != nullptr && run != runs.data() + runs.size() && offset < end) {
+    const unsigned long within = offset - run->textOffset;
+    const unsigned long count = std::min(run->length - within, end - offset);
+    pieces.push_back({{run->position.opening, run->position.offset + within}, count});
+    offset += count;
+    ++run;
+  }
+  return pieces;
+}
+
+unsigned long SourceDocument::getTextOffset(const SourcePosition& position) const {
+  for (const Run& run : runs) {
+    const SourcePosition& begin = run.position;
+    const bool holds = begin.opening == position.opening && begin.offset <= position.offset &&
+                       position.offset < begin.offset + run.length;
+    if (holds) return run.textOffset + (position.offset - begin.offset);
+  }
+  return NOWHERE;
+}
+
+// --- Places --------------------------------------------------------------------------------------
+
+SourcePlace SourceDocument::getPlace(const SourcePosition& position) const {
+  SourcePlace place;
+  SourcePlace* shown = &place;
+  SourcePosition current = position;
+  while (current.opening < openings.size()) {
+    const SourceFile& file = getFileOf(current.opening);
+    const LineColumn counted = file.getLineColumn(current.offset);
+    shown->path = file.getPath();
+    shown->line = counted.line;
+    shown->column = counted.column;
+    const Opening& opening = openings[current.opening];
+    if (opening.includer == NOWHERE) break;
+    current = {opening.includer, opening.includeOffset};
+    shown = &place.includedFrom.emplace_back();
+  }
+  return place;
+}
+
+SourcePlace SourceDocument::getPlace(const SourceDiagnostic& diagnostic) const {
+  return getPlace(SourcePosition{diagnostic.opening, diagnostic.offset});
+}
+
+// --- Diagnostics ---------------------------------------------------------------------------------
+
+std::string SourceDocument::describe(const SourceDiagnostic& diagnostic) const {
+  switch (diagnostic.rule) {
+    case SourceRule::CLOSES_NO_GROUP:
+      return "'}' closes no group; the rest of the document is not read.";
+    case SourceRule::GROUP_NOT_CLOSED: return "The group is not closed.";
+    default: break;
+  }
+  const bool isParsers = diagnostic.rule >= SourceRule::TEMPLATE_INSIDE_TEMPLATE &&
+                         diagnostic.rule <= SourceRule::UNKNOWN_WORD;
+  if (!isParsers) return withoutLineFeed(messages[diagnostic.message]);
+  const ParserWord word = getWord(diagnostic.wordBegin, diagnostic.wordLength);
+  constexpr auto FIRST = static_cast<int>(SourceRule::TEMPLATE_INSIDE_TEMPLATE);
+  const auto kind = static_cast<Diagnostic>(static_cast<int>(diagnostic.rule) - FIRST);
+  return withoutLineFeed(Messages::describe(kind, word));
+}
+
+std::string SourceDocument::getMessage(const SourceDiagnostic& diagnostic) const {
+  if (!diagnostic.isWarning) return describe(diagnostic);
+  const std::string sentence = describe(diagnostic) + "\n";
+  if (diagnostic.line == 0 && isAboutFiles(diagnostic.rule)) return sentence;
+  return Messages::atPlace(diagnostic.line, diagnostic.column) + sentence;
+}
+
+}  // namespace Quarry

@@ -1,0 +1,184 @@
+#include <QuarrySource/SourceTree.h>
+
+#include <Quarry/internal/ParserWordStream.h>
+#include <Quarry/internal/TextParser.h>
+
+#include "internal/TreeCollector.h"
+
+#include <algorithm>
+#include <charconv>
+#include <unordered_map>
+#include <utility>
+
+namespace Quarry {
+
+namespace {
+
+/// A number from 1 on that stands at the end of a text, with what leads to it.
+struct Numbered {
+  std::string_view text;     ///< before the number
+  unsigned long number = 0;  ///< 0 for none
+};
+
+/// Splits `text` at a number between `before` and `after`, which end the text.
+Numbered splitNumber(std::string_view text, char before, std::string_view after) {
+  if (!text.ends_with(after)) return {text};
+  const std::string_view shorter = text.substr(0, text.size() - after.size());
+  const std::size_t mark = shorter.rfind(before);
+  if (mark == std::string_view::npos || mark == 0) return {text};
+  const char* begin = shorter.data() + mark + 1;
+  const char* end = shorter.data() + shorter.size();
+  unsigned long number = 0;
+  const std::from_chars_result result = std::from_chars(begin, end, number);
+  const bool isNumber = result.ec == std::errc() && result.ptr == end;
+  return isNumber && number > 0 ? Numbered{text.substr(0, mark), number} : Numbered{text};
+}
+
+Numbered splitOrdinal(std::string_view step) { return splitNumber(step, '[', "]"); }
+
+}  // namespace
+
+SourceTree::SourceTree(const SourceDocument& source) : document(source) {
+  ParserWordStream words(document.getText(), document.getVersion());
+  TreeCollector collector(*this);
+  TextParser(words, collector, document.getLimits().nestingDepth).parse();
+  collector.finish();
+}
+
+// --- Look ----------------------------------------------------------------------------------------
+
+std::string_view SourceTree::getName(const SourceItem& item) const {
+  return std::string_view(document.getText()).substr(item.nameBegin, item.nameLength);
+}
+
+std::string_view SourceTree::getSpelling(const SourceValue& value) const {
+  return std::string_view(document.getText()).substr(value.begin, value.length);
+}
+
+void SourceTree::appendTo(ParserItem& item, const SourceValue& value) const {
+  if (value.type == ParserValue::TYPE_EMPTY) return;
+  item.addWord(document.getWord(value.begin, value.length), value.type);
+}
+
+unsigned long SourceTree::getFirst(unsigned long parent) const {
+  if (parent == NOWHERE) return items.empty() ? NOWHERE : 0;
+  return items[parent].next > parent + 1 ? parent + 1 : NOWHERE;
+}
+
+unsigned long SourceTree::getNext(unsigned long item) const {
+  const unsigned long parent = items[item].parent;
+  const unsigned long end = parent == NOWHERE ? items.size() : items[parent].next;
+  return items[item].next < end ? items[item].next : NOWHERE;
+}
+
+// --- Paths ---------------------------------------------------------------------------------------
+
+std::string SourceTree::getPath(unsigned long item) const {
+  std::vector<unsigned long> steps;
+  for (; item != NOWHERE; item = items[item].parent)
+    steps.push_back(item);
+  std::string path;
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+    const std::string_view name = getName(items[*step]);
+    const unsigned long ordinal = getOrdinals()[*step];
+    if (!path.empty()) path += '/';
+    path += name;
+    if (ordinal > 1 || splitOrdinal(name).number > 0) path += "[" + std::to_string(ordinal) + "]";
+  }
+  return path;
+}
+
+SourceTarget SourceTree::find(const std::string& path) const {
+  SourceTarget target;
+  std::string_view rest = path;
+  unsigned long valueNumber = 0;
+  while (!rest.empty()) {
+    const std::size_t slash = rest.find('/');
+    std::string_view step = rest.substr(0, slash);
+    const bool isLast = slash == std::string_view::npos;
+    if (isLast) {
+      const Numbered numbered = splitNumber(step, '#', "");
+      step = numbered.text;
+      valueNumber = numbered.number;
+    }
+    const unsigned long found = findStep(target.item, step);
+    if (found == NOWHERE) {
+      target.problem = "there is no '" + std::string(step) + "'";
+      if (target.item != NOWHERE) target.problem += " in '" + getPath(target.item) + "'";
+      return target;
+    }
+    target.item = found;
+    rest = isLast ? std::string_view() : rest.substr(slash + 1);
+  }
+  if (valueNumber > 0) {
+    target.value = valueNumber - 1;
+    if (target.value >= items[target.item].valueCount) {
+      target.problem = "'" + getPath(target.item) + "' has no value " + std::to_string(valueNumber);
+    }
+  }
+  return target;
+}
+
+/// The items of a group stand apart by what is in their own groups; numbering them all at once
+/// keeps that linear.
+const std::vector<unsigned long>& SourceTree::getOrdinals() const {
+  if (ordinals.size() == items.size()) return ordinals;
+  std::vector<unsigned long> all(items.size());
+  std::unordered_map<std::string_view, unsigned long> counts;
+  std::vector<std::unordered_map<std::string_view, unsigned long>> outerCounts;
+  std::vector<unsigned long> ends = {items.size()};
+  for (unsigned long i = 0; i < items.size(); ++i) {
+    while (ends.back() <= i) {
+      ends.pop_back();
+      counts = std::move(outerCounts.back());
+      outerCounts.pop_back();
+    }
+    all[i] = ++counts[getName(items[i])];
+    if (items[i].next > i + 1) {
+      ends.push_back(items[i].next);
+      outerCounts.push_back(std::move(counts));
+      counts.clear();
+    }
+  }
+  ordinals = std::move(all);
+  return ordinals;
+}
+
+unsigned long SourceTree::findNamed(unsigned long parent, std::string_view name,
+                                    unsigned long ordinal) const {
+  for (unsigned long i = getFirst(parent); i != NOWHERE; i = getNext(i)) {
+    if (getName(items[i]) == name && --ordinal == 0) return i;
+  }
+  return NOWHERE;
+}
+
+/// A number in brackets counts items, and is part of the name only where that leads nowhere.
+unsigned long SourceTree::findStep(unsigned long parent, std::string_view step) const {
+  const Numbered numbered = splitOrdinal(step);
+  if (numbered.number > 0) {
+    const unsigned long found = findNamed(parent, numbered.text, numbered.number);
+    if (found != NOWHERE) return found;
+  }
+  return findNamed(parent, step, 1);
+}
+
+unsigned long SourceTree::getItemAt(unsigned long textOffset) const {
+  const auto behind = std::upper_bound(
+      items.begin(), items.end(), textOffset,
+      [](unsigned long offset, const SourceItem& item) { return offset < item.nameBegin; });
+  if (behind == items.begin()) return NOWHERE;
+  auto found = static_cast<unsigned long>(behind - items.begin()) - 1;
+  while (found != NOWHERE && items[found].end <= textOffset)
+    found = items[found].parent;
+  return found;
+}
+
+unsigned long SourceTree::getValueAt(unsigned long item, unsigned long textOffset) const {
+  for (unsigned long i = 0; i < items[item].valueCount; ++i) {
+    const SourceValue& value = getValue(items[item], i);
+    if (value.begin <= textOffset && textOffset < value.begin + value.length) return i;
+  }
+  return NOWHERE;
+}
+
+}  // namespace Quarry
