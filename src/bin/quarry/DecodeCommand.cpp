@@ -2,12 +2,15 @@
 #include <Plinth/Label.h>
 #include <Quarry/ParserWord.h>
 
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
 #include "Failure.h"
 #include "MemoryFile.h"
 #include "Texts.h"
 
 #include <cmath>
+#include <memory>
 
 namespace Tool {
 
@@ -107,8 +110,6 @@ void checkText(const std::string& text, const std::string& path, const ParserFil
   if (!file.read(path) || file.getBinary() != expected.getBinary()) warn(Texts::textDiffers());
 }
 
-}  // namespace
-
 void decode(const Document& document, const std::string& target, Output& output) {
   ParserFile file;
   readSpelled(document, file);
@@ -121,6 +122,42 @@ void decode(const Document& document, const std::string& target, Output& output)
   } else {
     writeFile(target, text);
   }
+}
+
+struct DecodeOptions {
+  std::string file;
+  std::string target = "-";
+  bool quiet = false;
+};
+
+ExitStatus run(const DecodeOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(ColorChoice::AUTO);
+  decode(Document(options.file, {}, log), options.target, output);
+  output.flush();
+  return statusOf(log);
+}
+
+}  // namespace
+
+void addDecodeCommand(CommandTable& commands) {
+  const auto options = std::make_shared<DecodeOptions>();
+  CLI::App* command = commands.add(
+      "decode",
+      {"Convert", "Writes the text of a document in the binary form",
+       "  quarry decode project.qdb -o project.cfg\n"
+       "  quarry encode project.cfg | quarry decode - | less",
+       "Numbers are written in digits; how they were spelled in the text before, 1.50 or 1.5,\n"
+       "the binary form does not keep. Neither does it tell calls from plain items. Items\n"
+       "'#SerialVersion' are left out: the text declares its own version.\n"
+       "\n"
+       "When the data is broken within a group, or the text does not read back as the same\n"
+       "document, the text is written with a warning. When the data is broken elsewhere, or has\n"
+       "a name that no text can have, nothing is written."},
+      [options](MessageLog& log) { return run(*options, log); });
+  addFile(command, options->file);
+  addQuiet(command, options->quiet);
+  addTarget(command, options->target);
 }
 
 }  // namespace Tool

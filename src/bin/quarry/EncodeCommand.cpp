@@ -1,12 +1,17 @@
 #include <unistd.h>
 
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
 #include "Failure.h"
 #include "Texts.h"
 
+#include <memory>
 #include <string_view>
 
 namespace Tool {
+
+namespace {
 
 void encode(const Document& document, const std::string& target, Output& output) {
   const bool toStandardOutput = target == "-";
@@ -20,6 +25,31 @@ void encode(const Document& document, const std::string& target, Output& output)
   } else {
     writeFile(target, bytes);
   }
+}
+
+struct EncodeOptions : DocumentOptions {
+  std::string target = "-";
+};
+
+ExitStatus run(const EncodeOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(ColorChoice::AUTO);
+  encode(Document(options.file, options.searchPaths, log), options.target, output);
+  output.flush();
+  return statusOf(log);
+}
+
+}  // namespace
+
+void addEncodeCommand(CommandTable& commands) {
+  const auto options = std::make_shared<EncodeOptions>();
+  CLI::App* command = commands.add("encode",
+                                   {"Convert", "Writes the document in the binary form",
+                                    "  quarry encode project.cfg -o project.qdb\n"
+                                    "  quarry encode project.cfg | xxd"},
+                                   [options](MessageLog& log) { return run(*options, log); });
+  options->addTo(command);
+  addTarget(command, options->target);
 }
 
 }  // namespace Tool

@@ -1,9 +1,32 @@
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
+
+#include <memory>
 
 namespace Tool {
 
-void writeExpanded(const Document& document, Output& output) {
-  output.writeText(document.expand().text);
+namespace {
+
+ExitStatus run(const DocumentOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(ColorChoice::AUTO);
+  output.writeText(Document(options.file, options.searchPaths, log).expand().text);
+  output.flush();
+  return statusOf(log);
+}
+
+}  // namespace
+
+void addExpandCommand(CommandTable& commands) {
+  const auto options = std::make_shared<DocumentOptions>();
+  CLI::App* command =
+      commands.add("expand",
+                   {"Look", "Writes the text with includes expanded and comments dropped",
+                    "  quarry expand project.cfg\n"
+                    "  quarry expand -I shared -I /usr/share/studio project.cfg"},
+                   [options](MessageLog& log) { return run(*options, log); });
+  options->addTo(command);
 }
 
 }  // namespace Tool

@@ -1,10 +1,14 @@
 #include <Plinth/Expression.h>
 
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
 #include "Failure.h"
 #include "ItemLine.h"
 #include "Texts.h"
 
+#include <limits>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -17,6 +21,13 @@ using Quarry::ParserItems;
 using Quarry::ParserValue;
 
 namespace {
+
+/// What is looked for.
+struct Search {
+  std::string pattern;
+  bool inverted = false;  ///< items whose name does not match
+  unsigned long depthLimit = std::numeric_limits<unsigned long>::max();  ///< groups around an item
+};
 
 constexpr std::size_t LONGEST_PATH = 1000;  ///< longer ones are shown by their end
 
@@ -127,14 +138,57 @@ class Finder {
   bool found = false;
 };
 
-}  // namespace
-
+/// Returns whether something was found.
 bool find(const Document& document, const Search& search, Output& output) {
   const Plinth::Expression pattern(search.pattern);
   if (!pattern.isValid()) throw Failure(Texts::badPattern(search.pattern));
   Quarry::ParserFile file;
   document.read(file);
   return Finder(pattern, search, output).find(file.getRoot());
+}
+
+struct FindOptions : DocumentOptions {
+  Search search;
+  ColorChoice color = ColorChoice::AUTO;
+};
+
+ExitStatus run(const FindOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(options.color);
+  const Document document(options.file, options.searchPaths, log);
+  const bool isFound = find(document, options.search, output);
+  output.flush();
+  return isFound ? statusOf(log) : ExitStatus::FINDINGS;
+}
+
+}  // namespace
+
+void addFindCommand(CommandTable& commands) {
+  const auto options = std::make_shared<FindOptions>();
+  CLI::App* command = commands.add(
+      "find",
+      {"Look", "Shows the items whose name matches, at any depth",
+       "  quarry find project.cfg '^fov$'\n"
+       "  quarry find --depth 0 project.cfg ''\n"
+       "  quarry find -q project.cfg camera >/dev/null && echo found",
+       "The names of the groups around an item stand before its own: scene/layer#2/name is in\n"
+       "the second layer of the first scene. Paths of more than 1000 bytes begin with '...'.\n"
+       "Keywords are passed over.\n"
+       "\n"
+       "Exit status: 0 found, 1 nothing found or the document drew warnings, 2 the document\n"
+       "cannot be read or PATTERN is no regular expression."},
+      [options](MessageLog& log) { return run(*options, log); });
+  addFile(command, options->file);
+  command
+      ->add_option("PATTERN", options->search.pattern,
+                   "A regular expression, found anywhere in a name")
+      ->required()
+      ->option_text(" ");
+  command->add_flag("--not", options->search.inverted, "Show the items whose name does not match");
+  addQuiet(command, options->quiet);
+  addSearchPaths(command, options->searchPaths);
+  addColor(command, options->color);
+  addDepth(command, "Look into no more than N levels of nested groups", options->search.depthLimit);
 }
 
 }  // namespace Tool

@@ -1,8 +1,11 @@
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
 #include "Failure.h"
 #include "Texts.h"
 
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 namespace Tool {
@@ -22,8 +25,6 @@ void writeFile(Quarry::ParserFile& file, const std::string& name) {
   }
 }
 
-}  // namespace
-
 /// Only ParserFile::write() knows how a document begins, so standard output gets what that wrote.
 void rewrite(const Document& document, const std::string& target, Output& output) {
   Quarry::ParserFile file;
@@ -32,6 +33,32 @@ void rewrite(const Document& document, const std::string& target, Output& output
   const MemoryFile copy;
   if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(target));
   output.writeText(copy.read());
+}
+
+struct RewriteOptions : DocumentOptions {
+  std::string target = "-";
+};
+
+ExitStatus run(const RewriteOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(ColorChoice::AUTO);
+  rewrite(Document(options.file, options.searchPaths, log), options.target, output);
+  output.flush();
+  return statusOf(log);
+}
+
+}  // namespace
+
+void addRewriteCommand(CommandTable& commands) {
+  const auto options = std::make_shared<RewriteOptions>();
+  CLI::App* command =
+      commands.add("rewrite",
+                   {"Convert", "Reads the document and writes it in the library's layout",
+                    "  quarry rewrite project.cfg | diff -u project.cfg -\n"
+                    "  quarry rewrite project.cfg -o project-new.cfg"},
+                   [options](MessageLog& log) { return run(*options, log); });
+  options->addTo(command);
+  addTarget(command, options->target);
 }
 
 }  // namespace Tool

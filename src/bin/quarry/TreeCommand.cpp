@@ -3,10 +3,14 @@
 #include <Quarry/internal/ParserWordStream.h>
 #include <Quarry/internal/TextParser.h>
 
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
 #include "ItemLine.h"
 #include "Texts.h"
 
+#include <limits>
+#include <memory>
 #include <string_view>
 
 namespace Tool {
@@ -109,8 +113,6 @@ class TreePrinter {
   unsigned long unclosedGroups = 0;
 };
 
-}  // namespace
-
 void showTree(const Document& document, unsigned long depthLimit, Output& output) {
   const ExpandedText expanded = document.expand();
   Quarry::ParserWordStream words(expanded.text, expanded.version);
@@ -118,6 +120,34 @@ void showTree(const Document& document, unsigned long depthLimit, Output& output
   Quarry::TextParser parser(words, printer);
   parser.parse();
   printer.finish();
+}
+
+struct TreeOptions : DocumentOptions {
+  ColorChoice color = ColorChoice::AUTO;
+  unsigned long depthLimit = std::numeric_limits<unsigned long>::max();
+};
+
+ExitStatus run(const TreeOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(options.color);
+  showTree(Document(options.file, options.searchPaths, log), options.depthLimit, output);
+  output.flush();
+  return statusOf(log);
+}
+
+}  // namespace
+
+void addTreeCommand(CommandTable& commands) {
+  const auto options = std::make_shared<TreeOptions>();
+  CLI::App* command = commands.add("tree",
+                                   {"Look", "Shows the items as a tree, one a line",
+                                    "  quarry tree project.cfg\n"
+                                    "  quarry tree --depth 0 project.cfg\n"
+                                    "  quarry tree --color=always project.cfg | less -R"},
+                                   [options](MessageLog& log) { return run(*options, log); });
+  options->addTo(command);
+  addColor(command, options->color);
+  addDepth(command, "Show no more than N levels of nested groups", options->depthLimit);
 }
 
 }  // namespace Tool

@@ -1,8 +1,11 @@
 #include <Quarry/internal/ParserWordStream.h>
 
+#include "CommandTable.h"
 #include "Commands.h"
+#include "Document.h"
 
 #include <algorithm>
+#include <memory>
 #include <string_view>
 
 namespace Tool {
@@ -49,8 +52,6 @@ std::string padded(std::string text, std::size_t width) {
   return text;
 }
 
-}  // namespace
-
 void showWords(const Document& document, Output& output) {
   const ExpandedText expanded = document.expand();
   Quarry::ParserWordStream words(expanded.text, expanded.version);
@@ -64,6 +65,32 @@ void showWords(const Document& document, Output& output) {
                      std::string_view(expanded.text).substr(word->getStart(), word->getLength()));
     output.write("\n");
   }
+}
+
+struct WordsOptions : DocumentOptions {
+  ColorChoice color = ColorChoice::AUTO;
+};
+
+ExitStatus run(const WordsOptions& options, MessageLog& log) {
+  log.setQuiet(options.quiet);
+  Output output(options.color);
+  showWords(Document(options.file, options.searchPaths, log), output);
+  output.flush();
+  return statusOf(log);
+}
+
+}  // namespace
+
+void addWordsCommand(CommandTable& commands) {
+  const auto options = std::make_shared<WordsOptions>();
+  CLI::App* command =
+      commands.add("words",
+                   {"Look", "Shows the words of the text: line:column, kind and spelling",
+                    "  quarry words project.cfg\n"
+                    "  echo 'size 1920 1080' | quarry words -"},
+                   [options](MessageLog& log) { return run(*options, log); });
+  options->addTo(command);
+  addColor(command, options->color);
 }
 
 }  // namespace Tool
