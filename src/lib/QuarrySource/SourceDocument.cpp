@@ -45,10 +45,17 @@ void SourceDocument::setText(const std::string& path, const std::string& standIn
   texts[path] = standIn;
 }
 
-bool SourceDocument::read(const std::string& name) {
+bool SourceDocument::read(const std::string& name) { return readTop(name, std::string()); }
+
+bool SourceDocument::readText(const std::string& path, const std::string& topText) {
+  setText(path, topText);
+  return readTop(path, path);
+}
+
+bool SourceDocument::readTop(const std::string& name, const std::string& topPath) {
   clear();
   try {
-    preprocess(name);
+    preprocess(name, topPath);
     return version > 0.0 && parse(name);
   } catch (...) {
     clear();
@@ -68,11 +75,11 @@ void SourceDocument::clear() {
 }
 
 /// As ParserFile::read(), which finds a file under its own name when no search path has it.
-void SourceDocument::preprocess(const std::string& name) {
+void SourceDocument::preprocess(const std::string& name, const std::string& topPath) {
   std::vector<std::string> paths = searchPaths;
   paths.emplace_back();
   SourceCollector collector(*this);
-  Preprocessor preprocessor(paths, collector, limits, StandInFiles(texts));
+  Preprocessor preprocessor(paths, collector, limits, StandInFiles(texts, topPath));
   try {
     version = preprocessor.process(name);
   } catch (const std::out_of_range&) {

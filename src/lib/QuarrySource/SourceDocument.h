@@ -87,6 +87,12 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   ///         or the version is not positive. getDiagnostics() tells why.
   bool read(const std::string& name);
 
+  /// Reads a document whose top file is a text, and everything that it includes.
+  /// @param path what the top file is called in places; it is not looked for. Not empty.
+  /// @param topText up to its first zero byte
+  /// @return as read()
+  bool readText(const std::string& path, const std::string& topText);
+
   // --- Files -----------------------------------------------------------------------------------
 
   /// A file that was opened, at the top or by an include. A file that is included twice is opened
@@ -175,7 +181,8 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   };
 
   void clear();
-  void preprocess(const std::string& name);
+  bool readTop(const std::string& name, const std::string& topPath);
+  void preprocess(const std::string& name, const std::string& topPath);
   bool parse(const std::string& name);
   const Run* findRun(unsigned long offset) const;
 

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Quarry {
@@ -14,9 +15,12 @@ namespace Quarry {
 class StandInFiles {
  public:
   /// @param standIns the texts by path; they must outlive the preprocessor
-  explicit StandInFiles(const std::map<std::string, std::string>& standIns) : texts(&standIns) {}
+  /// @param top the path of the first file, where that is not to be looked for; empty otherwise
+  StandInFiles(const std::map<std::string, std::string>& standIns, std::string top)
+      : texts(&standIns), topPath(std::move(top)) {}
 
-  std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) const {
+  std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) {
+    if (!topPath.empty()) return std::exchange(topPath, std::string());
     for (const std::string& searchPath : searchPaths) {
       const bool needsSlash = !searchPath.empty() && searchPath.back() != '/';
       const std::string path = searchPath + (needsSlash ? "/" : "") + name;
@@ -38,6 +42,7 @@ class StandInFiles {
 
  private:
   const std::map<std::string, std::string>* texts;
+  std::string topPath;  ///< until it was located
 };
 
 }  // namespace Quarry

@@ -1,0 +1,76 @@
+#include "SourceOptions.h"
+
+#include <Plinth/Console.h>
+
+#include "CommandTable.h"
+#include "Failure.h"
+#include "Texts.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+namespace Tool {
+
+using Quarry::ParserLimits;
+using Quarry::SourceDiagnostic;
+using Quarry::SourceDocument;
+using Quarry::SourcePlace;
+
+ParserLimits getDefaultLimits() {
+  ParserLimits limits;
+  limits.includeDepth = 64;
+  limits.preprocessedBytes = 1UL << 30;
+  limits.nestingDepth = 10000;
+  return limits;
+}
+
+void SourceOptions::addTo(CLI::App* command) {
+  addSearchPaths(command, searchPaths);
+  command
+      ->add_option("--stdin-filename", standInName,
+                   "What standard input is called in messages, and where it lies")
+      ->option_text("NAME");
+  command->add_flag("--no-limits", isUnlimited,
+                    "Read documents of any size, nesting and depth of includes");
+}
+
+bool SourceOptions::read(SourceDocument& document, const std::string& file) const {
+  document.setSearchPaths(searchPaths);
+  if (!isUnlimited) document.setLimits(getDefaultLimits());
+  if (file == "-") return document.readText(standInName, readStandardInput());
+  return document.read(file);
+}
+
+void SourceOptions::readWhole(SourceDocument& document, const std::string& file) const {
+  const bool isRead = read(document, file);
+  for (const SourceDiagnostic& diagnostic : document.getDiagnostics())
+    Plinth::console.warning(formatDiagnostic(document, diagnostic), std::string());
+  if (!isRead) throw Failure(Texts::cannotRead(file == "-" ? standInName : file));
+}
+
+std::string readStandardInput() {
+  std::string bytes;
+  std::array<char, 1 << 16> block;
+  for (;;) {
+    const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
+    if (count == 0) return bytes;
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw Failure(Texts::cannotRead(Texts::STANDARD_INPUT, strerror(errno)));
+    bytes.append(block.data(), static_cast<std::size_t>(count));
+  }
+}
+
+std::string formatDiagnostic(const SourceDocument& document, const SourceDiagnostic& diagnostic) {
+  const SourcePlace place = document.getPlace(diagnostic);
+  std::string text;
+  if (!place.path.empty()) {
+    text =
+        place.path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": ";
+  }
+  return text + document.describe(diagnostic) + " [" + Quarry::getRuleName(diagnostic.rule) + "]";
+}
+
+}  // namespace Tool
