@@ -23,6 +23,7 @@ class SourceCollector {
   explicit SourceCollector(SourceDocument& filled) : document(filled) {}
 
   void beginFile(const std::string&, const std::string& path, std::string& text) {
+    if (open.empty()) document.text.reserve(text.size());
     SourceDocument::Opening opening = nextOpening;
     opening.file = findFile(path, text);
     if (!open.empty()) opening.includer = open.back().opening;
