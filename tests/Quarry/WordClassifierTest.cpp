@@ -9,7 +9,8 @@
 #include <string_view>
 #include <vector>
 
-using Quarry::ParserValue;
+#include "support/WordTests.h"
+
 using Quarry::ParserWord;
 using Quarry::ParserWordStream;
 using Quarry::WordClassifier;
@@ -33,9 +34,7 @@ const std::vector<std::string> PIECES = {
 
 /// Asks the word's tests in the order in which the parser does.
 ParserWord::Type classifyByTests(const ParserWord& word) {
-  ParserValue::Type ignored = ParserValue::TYPE_EMPTY;
-  static_cast<void>(word.isIdentifier() || word.isKeyword() || word.isOperator() ||
-                    word.isSeparator() || word.isValue(ignored));
+  static_cast<void>(TestSupport::passesTest(word));
   return word.getType();
 }
 

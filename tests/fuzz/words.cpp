@@ -5,22 +5,10 @@
 
 #include "Fuzz.h"
 #include "support/ByteByByte.h"
+#include "support/WordTests.h"
 
 using Fuzz::require;
-using Quarry::ParserValue;
 using Quarry::ParserWord;
-
-namespace {
-
-ParserWord::Type classifyByTests(const ParserWord& word) {
-  ParserValue::Type valueType = ParserValue::TYPE_GROUP;
-  const bool isKnown = word.isIdentifier() || word.isKeyword() || word.isOperator() ||
-                       word.isSeparator() || word.isValue(valueType);
-  require(isKnown == (word.getType() != ParserWord::WORD_UNKNOWN));
-  return word.getType();
-}
-
-}  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Fuzz::Input input(data, size);
@@ -38,7 +26,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     require(word->getStart() >= end && word->getLength() <= text.size() - word->getStart());
     end = word->getStart() + word->getLength();
     const ParserWord copy(*word);
-    require(Quarry::WordClassifier::classify(*word) == classifyByTests(copy));
+    require(TestSupport::passesTest(copy) == (copy.getType() != ParserWord::WORD_UNKNOWN));
+    require(Quarry::WordClassifier::classify(*word) == copy.getType());
     require(word->getString().size() <= word->getLength());
   }
   require(expected.isExhausted());
