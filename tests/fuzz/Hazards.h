@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <string>
 
+#include "Trees.h"
+
 namespace Fuzz {
 
 /// Finds out what of a tree does not come back. Each member stands for one known reason. A tree has
@@ -17,7 +19,7 @@ namespace Fuzz {
 class Hazards {
  public:
   /// @param itemALine how the text is written
-  Hazards(const Quarry::ParserGroup& root, bool itemALine) : multiline(itemALine) {
+  Hazards(const Quarry::ParserGroup& tree, bool itemALine) : root(tree), multiline(itemALine) {
     Quarry::TreeWalker(*this).walkGroup(root, {});
   }
 
@@ -49,12 +51,18 @@ class Hazards {
 
   unsigned long depth = 0;  ///< of the deepest group
 
+  /// Then the text would become too long to be written at all.
+  bool isTooDeep() const { return multiline && depth > DEEPEST_MULTILINE; }
+
   bool harmText() const {
-    return hasOpenQuote || hasCutNumber || hasRawByte || hasForeignName || hasValueBehindGroup;
+    return isTooDeep() || hasOpenQuote || hasCutNumber || hasRawByte || hasForeignName ||
+           hasValueBehindGroup;
   }
 
   /// In a file, what looks like a directive is one, wherever it stands. A file ends at a zero byte.
-  bool harmFile(const std::string& text) const {
+  bool harmFile() const {
+    if (isTooDeep()) return true;
+    const std::string text = writeText(root, multiline);
     return harmText() || hasQuoteOrCommentInNumber || text.find('\0') != std::string::npos ||
            text.find("#include \"") != std::string::npos ||
            text.find("#SerialVersion ") != std::string::npos;
@@ -123,6 +131,7 @@ class Hazards {
     return isOpen;
   }
 
+  const Quarry::ParserGroup& root;
   const bool multiline;
 };
 

@@ -4,6 +4,9 @@
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
+#include <Quarry/internal/ParserWordStream.h>
+#include <Quarry/internal/TextParser.h>
+#include <Quarry/internal/TreeBuilder.h>
 #include <Quarry/internal/TreeWalker.h>
 
 #include <algorithm>
@@ -110,6 +113,15 @@ inline unsigned long readValues(const Quarry::ParserGroup& root) {
   ValueReader reader;
   Quarry::TreeWalker(reader).walkGroup(root, {});
   return reader.depth;
+}
+
+/// Reads a text as ParserGroup::setText() reads one with zero bytes.
+inline void readCarefully(Quarry::ParserGroup& root, const std::string& text, double version) {
+  constexpr bool CAREFULLY = true;
+  Quarry::ParserWordStream stream(text, version);
+  Quarry::TreeBuilder builder(root, CAREFULLY);
+  Quarry::TextParser(stream, builder).parse();
+  builder.completeItem();
 }
 
 inline std::string writeText(const Quarry::ParserGroup& root, bool multiline) {

@@ -1,28 +1,11 @@
 // Any text is read into a tree of which every value can be read, and whose items are found by their
 // names. The quick way of reading gives the same tree as the careful one, and so does a copy.
 
-#include <Quarry/internal/ParserWordStream.h>
-#include <Quarry/internal/TextParser.h>
-#include <Quarry/internal/TreeBuilder.h>
-
 #include "Fuzz.h"
 #include "Trees.h"
 
 using Fuzz::require;
 using Quarry::ParserGroup;
-
-namespace {
-
-constexpr bool CAREFULLY = true;
-
-void readCarefully(ParserGroup& root, const std::string& text, double version) {
-  Quarry::ParserWordStream stream(text, version);
-  Quarry::TreeBuilder builder(root, CAREFULLY);
-  Quarry::TextParser(stream, builder).parse();
-  builder.completeItem();
-}
-
-}  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Fuzz::Input input(data, size);
@@ -33,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const unsigned long depth = Fuzz::readValues(root);
   Fuzz::lookUpNames(root);
   ParserGroup careful("root");
-  readCarefully(careful, input.getBytes(), version);
+  Fuzz::readCarefully(careful, input.getBytes(), version);
   require(Fuzz::writeText(careful, false) == text);
   require(careful.getBinary(false) == root.getBinary(false));
   const ParserGroup copy(root);
