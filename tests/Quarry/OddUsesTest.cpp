@@ -421,21 +421,22 @@ using DerivedGroup = Derived<ParserGroup, SIZE>;
 
 TEST(OddUsesTest, ALargeDerivedClassIsMadeAndDeleted) {
   std::unique_ptr<DerivedItem<2000>> item(
-      new DerivedItem<2000>(false, "a", ParserItem::ITEM_PLAIN, 0, 0));
+      new DerivedItem<2000>(false, "a", ParserItem::ITEM_PLAIN, 0UL, 0UL));
   std::unique_ptr<DerivedGroup<2000>> group(new DerivedGroup<2000>(false, "g"));
   EXPECT_EQ(item->getName() + group->getName(), "ag");
 }
 
 TEST(OddUsesTest, WithoutThrowingALargeDerivedClassIsNull) {
-  EXPECT_EQ((new (std::nothrow) DerivedItem<2000>(true, "a", ParserItem::ITEM_PLAIN, 0, 0)),
+  EXPECT_EQ((new (std::nothrow) DerivedItem<2000>(true, "a", ParserItem::ITEM_PLAIN, 0UL, 0UL)),
             nullptr);
   EXPECT_EQ((new (std::nothrow) DerivedGroup<2000>(true, "g")), nullptr);
 }
 
 TEST(OddUsesTest, ADerivedConstructorThatThrowsGivesItsMemoryBack) {
-  EXPECT_THROW((new (std::nothrow) DerivedItem<500>(true, "a", ParserItem::ITEM_PLAIN, 0, 0)),
+  EXPECT_THROW((new (std::nothrow) DerivedItem<500>(true, "a", ParserItem::ITEM_PLAIN, 0UL, 0UL)),
                std::length_error);
   EXPECT_THROW((new (std::nothrow) DerivedGroup<500>(true, "g")), std::length_error);
-  EXPECT_THROW((new DerivedItem<2000>(true, "a", ParserItem::ITEM_PLAIN, 0, 0)), std::length_error);
+  EXPECT_THROW((new DerivedItem<2000>(true, "a", ParserItem::ITEM_PLAIN, 0UL, 0UL)),
+               std::length_error);
   EXPECT_THROW((new DerivedGroup<2000>(true, "g")), std::length_error);
 }
