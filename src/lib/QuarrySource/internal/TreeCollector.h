@@ -4,6 +4,7 @@
 #include <Quarry/internal/Diagnostic.h>
 #include <QuarrySource/SourceTree.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace Quarry {
@@ -65,7 +66,7 @@ class TreeCollector {
     current = openItems.back();
     openItems.pop_back();
     if (word == nullptr) {
-      item().end = tree.items.back().end > item().end ? tree.items.back().end : item().end;
+      item().end = std::max(item().end, lastEnd);
     } else {
       item().groupEnd = word->getStart();
       item().end = endOf(*word);
@@ -90,11 +91,13 @@ class TreeCollector {
   void endItem() {
     if (current == NOWHERE) return;
     item().next = tree.items.size();
+    lastEnd = item().end;
     current = NOWHERE;
   }
 
   SourceTree& tree;
   unsigned long current = NOWHERE;
+  unsigned long lastEnd = 0;             ///< of the item that was completed last
   std::vector<unsigned long> openItems;  ///< those whose groups are being read
 };
 
