@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "ShownDocument.h"
+#include "support/LinearTime.h"
 
 using Quarry::SourceDocument;
 using Quarry::SourcePiece;
@@ -136,6 +137,22 @@ TEST(SourceMapTest, EveryByteOfTheTextIsFoundAgain) {
   const auto document = readDocument(NESTED);
   for (unsigned long offset = 0; offset < document->getText().size(); ++offset)
     EXPECT_EQ(document->getTextOffset(document->getPosition(offset)), offset);
+}
+
+TEST(SourceMapTest, LookingUpEveryByteTakesLinearTime) {
+  const auto make = [](unsigned long lines) {
+    std::string text;
+    for (unsigned long i = 0; i < lines; ++i)
+      text += "a 1 //\n";
+    return readDocument(text);
+  };
+  TestSupport::checkTakesLinearTime(
+      2000, make, [](const std::unique_ptr<SourceDocument>& document) {
+        unsigned long found = 0;
+        for (unsigned long offset = 0; offset < document->getFile(0).getText().size(); ++offset)
+          if (document->getTextOffset({0, offset}) != SourceDocument::NOWHERE) ++found;
+        EXPECT_EQ(found, document->getText().size());
+      });
 }
 
 // --- Places --------------------------------------------------------------------------------------

@@ -12,6 +12,7 @@
 #include "internal/StandInFiles.h"
 
 #include <algorithm>
+#include <numeric>
 #include <stdexcept>
 
 namespace Quarry {
@@ -25,6 +26,10 @@ std::string withoutLineFeed(std::string sentence) {
   while (!sentence.empty() && sentence.back() == '\n')
     sentence.pop_back();
   return sentence;
+}
+
+bool isBefore(const SourcePosition& a, const SourcePosition& b) {
+  return a.opening != b.opening ? a.opening < b.opening : a.offset < b.offset;
 }
 
 bool isAboutFiles(SourceRule rule) { return rule <= SourceRule::INCLUDE_CYCLE; }
@@ -56,6 +61,7 @@ bool SourceDocument::readTop(const std::string& name, const std::string& topPath
   clear();
   try {
     preprocess(name, topPath);
+    orderRuns();
     return version > 0.0 && parse(name);
   } catch (...) {
     clear();
@@ -67,6 +73,7 @@ void SourceDocument::clear() {
   files.clear();
   openings.clear();
   runs.clear();
+  runsInFiles.clear();
   marks.clear();
   text.clear();
   version = UNREAD_VERSION;
@@ -86,6 +93,15 @@ void SourceDocument::preprocess(const std::string& name, const std::string& topP
     collector.badCompressedLine();
     version = 0.0;
   }
+}
+
+/// The runs of a file stand apart in the text where it includes others.
+void SourceDocument::orderRuns() {
+  runsInFiles.resize(runs.size());
+  std::iota(runsInFiles.begin(), runsInFiles.end(), 0UL);
+  std::sort(runsInFiles.begin(), runsInFiles.end(), [this](unsigned long a, unsigned long b) {
+    return isBefore(runs[a].position, runs[b].position);
+  });
 }
 
 bool SourceDocument::parse(const std::string& name) {
@@ -119,8 +135,7 @@ std::vector<SourceSpan> SourceDocument::getSpans(unsigned long opening) const {
   return cutter.finish(getFileOf(opening).getText().size());
 }
 
-// --- The preprocessed text
-// -------------------------------------------------------------------------
+// --- The preprocessed text -----------------------------------------------------------------------
 
 ParserWord SourceDocument::getWord(unsigned long offset, unsigned long length) const {
   ParserWord word(text, false, version);
@@ -158,13 +173,15 @@ std::vector<SourcePiece> SourceDocument::getPieces(unsigned long offset,
 }
 
 unsigned long SourceDocument::getTextOffset(const SourcePosition& position) const {
-  for (const Run& run : runs) {
-    const SourcePosition& begin = run.position;
-    const bool holds = begin.opening == position.opening && begin.offset <= position.offset &&
-                       position.offset < begin.offset + run.length;
-    if (holds) return run.textOffset + (position.offset - begin.offset);
-  }
-  return NOWHERE;
+  const auto behind = std::upper_bound(runsInFiles.begin(), runsInFiles.end(), position,
+                                       [this](const SourcePosition& wanted, unsigned long index) {
+                                         return isBefore(wanted, runs[index].position);
+                                       });
+  if (behind == runsInFiles.begin()) return NOWHERE;
+  const Run& run = runs[*(behind - 1)];
+  if (run.position.opening != position.opening) return NOWHERE;
+  const unsigned long within = position.offset - run.position.offset;
+  return within < run.length ? run.textOffset + within : NOWHERE;
 }
 
 // --- Places --------------------------------------------------------------------------------------

@@ -78,6 +78,8 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   const ParserLimits& getLimits() const { return limits; }
 
   /// Lets a text stand in for a file, which need not exist: for what an editor has not saved yet.
+  /// Where includes have to lie below the search paths, an included one has to exist nevertheless:
+  /// only then is it known where it lies.
   /// @param path the search path and the name, as the file would be found
   void setText(const std::string& path, const std::string& text);
 
@@ -184,6 +186,7 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   bool readTop(const std::string& name, const std::string& topPath);
   void preprocess(const std::string& name, const std::string& topPath);
   bool parse(const std::string& name);
+  void orderRuns();
   const Run* findRun(unsigned long offset) const;
 
   std::vector<std::string> searchPaths;
@@ -192,8 +195,9 @@ class QUARRYSOURCE_EXPORT SourceDocument {
 
   std::vector<std::unique_ptr<SourceFile>> files;
   std::vector<Opening> openings;
-  std::vector<Run> runs;    ///< in the order of the text
-  std::vector<Mark> marks;  ///< in the order of reading
+  std::vector<Run> runs;                   ///< in the order of the text
+  std::vector<unsigned long> runsInFiles;  ///< indices of them, by opening and offset there
+  std::vector<Mark> marks;                 ///< in the order of reading
   std::string text;
   double version;
   std::vector<SourceDiagnostic> diagnostics;
