@@ -424,6 +424,53 @@ TEST(SourceDocumentTest, AnEmptyTextStandsInForAFullFile) {
   EXPECT_EQ(document.getText(), "");
 }
 
+TEST(SourceDocumentTest, AnIncludedTextHasToHaveAFileWhereIncludesHaveToLieBelowTheSearchPaths) {
+  const TemporaryFolder folder;
+  ParserLimits limits;
+  limits.includesBelowSearchPaths = true;
+  SourceDocument document;
+  document.setSearchPaths({folder.getPath()});
+  document.setLimits(limits);
+  document.setText(folder.getPath("b.cfg"), "b 2");
+  EXPECT_FALSE(document.readText("-", "#include \"b.cfg\""));
+  folder.write("b.cfg", "b 1");
+  EXPECT_TRUE(document.readText("-", "#include \"b.cfg\""));
+  EXPECT_EQ(document.getText(), "b 2");
+}
+
+// --- A text at the top ---------------------------------------------------------------------------
+
+TEST(SourceDocumentTest, ATextIsReadUnderAName) {
+  SourceDocument document;
+  EXPECT_TRUE(document.readText("-", "a 1 ?!"));
+  EXPECT_THAT(showOpenings(document), ElementsAre("-"));
+  EXPECT_THAT(TestSupport::showDiagnostics(document), ElementsAre("unknown-word -:1:5+2"));
+}
+
+TEST(SourceDocumentTest, ATextAtTheTopIsNotLookedForInTheSearchPaths) {
+  const TemporaryFolder folder;
+  folder.write("a.cfg", "a 1");
+  SourceDocument document;
+  document.setSearchPaths({folder.getPath()});
+  EXPECT_TRUE(document.readText("a.cfg", "a 2"));
+  EXPECT_EQ(document.getText(), "a 2");
+}
+
+TEST(SourceDocumentTest, FilesThatATextAtTheTopIncludesAreLookedFor) {
+  const TemporaryFolder folder;
+  folder.write("b.cfg", "b 2");
+  SourceDocument document;
+  document.setSearchPaths({folder.getPath()});
+  EXPECT_TRUE(document.readText("-", "#include \"b.cfg\""));
+  EXPECT_EQ(document.getText(), "b 2");
+}
+
+TEST(SourceDocumentTest, ATextAtTheTopIsReadUpToItsFirstZeroByte) {
+  SourceDocument document;
+  EXPECT_TRUE(document.readText("-", std::string("a 1\0b 2", 7)));
+  EXPECT_EQ(document.getText(), "a 1");
+}
+
 // --- Compressed files ----------------------------------------------------------------------------
 
 TEST(SourceDocumentTest, ACompressedFileIsUnpacked) {
