@@ -154,6 +154,16 @@ TEST(DecodeCommandTest, GroupsAreReadWithoutRecursion) {
 
 // --- Texts that do not read back -----------------------------------------------------------------
 
+TEST(DecodeCommandTest, GroupsOfMoreThan10000LevelsAreRefused) {
+  std::string text;
+  for (int i = 0; i < 10001; ++i)
+    text += "g {\n";
+  const std::string encoded =
+      runTool({"encode", "--no-limits", "-"}, text + std::string(10001, '}')).output;
+  checkRefused(encoded,
+               "quarry: warning: File 'standard input' exceeds the limit nestingDepth (10000).\n");
+}
+
 TEST(DecodeCommandTest, AStringThatEndsInABackslashBeforeAnotherValueIsAFinding) {
   const Bytes values = makeStringValue("C:\\") + makeBytes({1, 1});
   const Result result = runTool({"decode", "-"}, makeDocument(makeItem("a", values)));

@@ -22,6 +22,13 @@ std::string makeDocument() {
   return {bytes.begin(), bytes.end()};
 }
 
+std::string makeNestedText(unsigned long depth) {
+  std::string text;
+  for (unsigned long i = 0; i < depth; ++i)
+    text += "g {\n";
+  return text + std::string(depth, '}');
+}
+
 }  // namespace
 
 TEST(EncodeCommandTest, StandardOutputGetsTheBinaryForm) {
@@ -105,11 +112,16 @@ TEST(EncodeCommandTest, ATargetOnAFullDiskIsNamed) {
 TEST(EncodeCommandTest, GroupsMayNestAsDeepAsMemoryLasts) {
   constexpr unsigned long DEPTH = 200000;
   constexpr unsigned long BYTES_PER_GROUP = 2 + 8 + 1 + 1 + 8;  // name, size, kind, tag, size
-  std::string text;
-  for (unsigned long i = 0; i < DEPTH; ++i)
-    text += "g {\n";
-  text += std::string(DEPTH, '}');
-  EXPECT_EQ(runTool({"encode", "-"}, text).output.size(), 12 + DEPTH * BYTES_PER_GROUP);
+  EXPECT_EQ(runTool({"encode", "--no-limits", "-"}, makeNestedText(DEPTH)).output.size(),
+            12 + DEPTH * BYTES_PER_GROUP);
+}
+
+TEST(EncodeCommandTest, GroupsOfMoreThan10000LevelsAreRefused) {
+  EXPECT_EQ(runTool({"encode", "-"}, makeNestedText(10001)),
+            (Result{2, "",
+                    "quarry: warning: ParserGroup::setText: (10001:2) File 'standard input' "
+                    "exceeds the limit nestingDepth (10000).\n"
+                    "quarry: error: Cannot read 'standard input'.\n"}));
 }
 
 }  // namespace ToolTest

@@ -52,6 +52,16 @@ TEST(ExpandCommandTest, BytesPassUnchangedWithoutATerminal) {
   EXPECT_EQ(runTool({"expand", "-"}, "a\r\n\033\x80\tb"), (Result{0, "a\r\n\033\x80\tb", ""}));
 }
 
+TEST(ExpandCommandTest, AFileThatIncludesItselfIsRefused) {
+  const TemporaryFolder folder;
+  const std::string name = folder.getPath("a.cfg");
+  folder.write("a.cfg", "a 1\n#include \"" + name + "\"\n");
+  EXPECT_EQ(runTool({"expand", name}),
+            (Result{2, "",
+                    "quarry: warning: File '" + name + "' includes itself: '" + name + "' > '" +
+                        name + "'.\nquarry: error: Cannot read '" + name + "'.\n"}));
+}
+
 TEST(ExpandCommandTest, NothingIsWrittenWhenAnIncludeIsMissing) {
   EXPECT_EQ(runTool({"expand", "-"}, "a 1\n#include \"missing.cfg\"\n"),
             (Result{2, "",

@@ -107,7 +107,8 @@ TEST(FindCommandTest, AnOutermostItemsNameIsShownWhole) {
 }
 
 TEST(FindCommandTest, GroupsMayNestAsDeepAsMemoryLasts) {
-  const std::string output = runTool({"find", "-", "."}, makeNestedText(200000, "g")).output;
+  const std::string output =
+      runTool({"find", "--no-limits", "-", "."}, makeNestedText(200000, "g")).output;
   EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 200001);
 }
 

@@ -78,8 +78,22 @@ TEST(TreeCommandTest, FromDepth40OnTheDepthIsANumber) {
 }
 
 TEST(TreeCommandTest, GroupsMayNestAsDeepAsMemoryLasts) {
-  EXPECT_EQ(getLastLine(runTool({"tree", "-"}, makeNestedText(200000)).output),
+  EXPECT_EQ(getLastLine(runTool({"tree", "--no-limits", "-"}, makeNestedText(200000)).output),
             "[200000] x: int 1\n");
+}
+
+TEST(TreeCommandTest, GroupsOf10000LevelsAreShown) {
+  EXPECT_EQ(getLastLine(runTool({"tree", "-"}, makeNestedText(10000)).output),
+            "[10000] x: int 1\n");
+}
+
+TEST(TreeCommandTest, GroupsOfMoreThan10000LevelsAreLeftOut) {
+  Result result = runTool({"tree", "-"}, makeNestedText(10001) + "y 2");
+  result.output = getLastLine(result.output);
+  EXPECT_EQ(result, (Result{2, "y: int 2\n",
+                            "quarry: warning: 1 group is nested too deeply and left out; "
+                            "--no-limits shows everything.\n"
+                            "quarry: error: Cannot read 'standard input'.\n"}));
 }
 
 TEST(TreeCommandTest, WarningsOfTheParserAreFindings) {

@@ -86,10 +86,9 @@ void addQuiet(CLI::App* command, bool& quiet) {
   command->add_flag("-q,--quiet", quiet, "Show no warnings; the exit status tells");
 }
 
-void DocumentOptions::addTo(CLI::App* command) {
-  addFile(command, file);
-  addQuiet(command, quiet);
-  addSearchPaths(command, searchPaths);
+void addUnlimited(CLI::App* command, bool& isUnlimited) {
+  command->add_flag("--no-limits", isUnlimited,
+                    "Read documents of any size, nesting and depth of includes");
 }
 
 ExitStatus statusOf(const MessageLog& log) {

@@ -66,14 +66,8 @@ void addDepth(CLI::App* command, const std::string& description, unsigned long& 
 /// -q, --quiet.
 void addQuiet(CLI::App* command, bool& quiet);
 
-/// What every command that reads one document takes.
-struct DocumentOptions {
-  std::string file;
-  std::vector<std::string> searchPaths;
-  bool quiet = false;
-
-  void addTo(CLI::App* command);
-};
+/// --no-limits.
+void addUnlimited(CLI::App* command, bool& isUnlimited);
 
 /// Returns FINDINGS when warnings were given.
 ExitStatus statusOf(const MessageLog& log);

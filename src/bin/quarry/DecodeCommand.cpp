@@ -124,16 +124,14 @@ void decode(const Document& document, const std::string& target, Output& output)
   }
 }
 
-struct DecodeOptions {
-  std::string file;
+struct DecodeOptions : DocumentOptions {
   std::string target = "-";
-  bool quiet = false;
 };
 
 ExitStatus run(const DecodeOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  decode(Document(options.file, {}, log), options.target, output);
+  decode(Document(options, log), options.target, output);
   output.flush();
   return statusOf(log);
 }
@@ -157,6 +155,7 @@ void addDecodeCommand(CommandTable& commands) {
       [options](MessageLog& log) { return run(*options, log); });
   addFile(command, options->file);
   addQuiet(command, options->quiet);
+  addUnlimited(command, options->isUnlimited);
   addTarget(command, options->target);
 }
 

@@ -1,6 +1,7 @@
 #include "Document.h"
 
 #include "Failure.h"
+#include "SourceOptions.h"
 #include "Texts.h"
 
 #include <fcntl.h>
@@ -13,6 +14,8 @@
 #include <stdexcept>
 
 namespace Tool {
+
+using Quarry::ParserLimits;
 
 namespace {
 
@@ -39,9 +42,23 @@ bool readFile(const std::string& name, std::vector<char>& bytes) {
 
 }  // namespace
 
-Document::Document(const std::string& name, const std::vector<std::string>& paths, MessageLog& log)
-    : shownName(name), path(name), searchPaths(paths) {
-  if (name == "-") copyStandardInput(log);
+void DocumentOptions::addTo(CLI::App* command) {
+  addFile(command, file);
+  addQuiet(command, quiet);
+  addSearchPaths(command, searchPaths);
+  addUnlimited(command, isUnlimited);
+}
+
+ParserLimits DocumentOptions::getLimits() const {
+  return isUnlimited ? ParserLimits() : getDefaultLimits();
+}
+
+Document::Document(const DocumentOptions& options, MessageLog& log)
+    : shownName(options.file),
+      path(options.file),
+      searchPaths(options.searchPaths),
+      limits(options.getLimits()) {
+  if (path == "-") copyStandardInput(log);
 }
 
 void Document::copyStandardInput(MessageLog& log) {
@@ -60,6 +77,7 @@ ExpandedText Document::expand() const {
   std::vector<std::string> paths = searchPaths;
   paths.emplace_back();
   file.setSearchPaths(paths);
+  file.setLimits(limits);
   ExpandedText expanded;
   std::set<std::string> included;
   try {
@@ -67,24 +85,29 @@ ExpandedText Document::expand() const {
   } catch (const std::out_of_range&) {
     throw Failure(Texts::badCompression(shownName));
   }
-  if (!(expanded.version > 0.0)) throw Failure(Texts::cannotRead(shownName));
+  if (!(expanded.version > 0.0)) fail();
   return expanded;
 }
 
+void Document::fail() const { throw Failure(Texts::cannotRead(shownName)); }
+
 void Document::read(Quarry::ParserFile& file) const {
   file.setSearchPaths(searchPaths);
+  file.setLimits(limits);
   bool isRead = false;
   try {
     isRead = file.read(path);
   } catch (const std::out_of_range&) {
     throw Failure(Texts::badCompression(shownName));
   }
-  if (!isRead) throw Failure(Texts::cannotRead(shownName));
+  if (!isRead) fail();
 }
 
 std::size_t Document::readBinary(Quarry::ParserFile& file) const {
   std::vector<char> bytes;
   if (!readFile(path, bytes)) throw Failure(Texts::cannotRead(shownName, strerror(errno)));
+  file.setFilename(shownName);  // for the message of a limit that is exceeded
+  file.setLimits(limits);
   if (!file.setBinary(bytes)) throw Failure(Texts::noBinaryDocument(shownName));
   return bytes.size();
 }

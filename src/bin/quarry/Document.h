@@ -3,6 +3,7 @@
 
 #include <Quarry/ParserFile.h>
 
+#include "CommandTable.h"
 #include "MemoryFile.h"
 #include "MessageLog.h"
 
@@ -18,16 +19,35 @@ struct ExpandedText {
   double version;
 };
 
+/// What every command that reads one document with ParserFile takes.
+struct DocumentOptions {
+  std::string file;
+  std::vector<std::string> searchPaths;
+  bool isUnlimited = false;
+  bool quiet = false;
+
+  /// Adds FILE, -q, -I and --no-limits.
+  void addTo(CLI::App* command);
+
+  Quarry::ParserLimits getLimits() const;
+};
+
 /// Opens a document by the name given on the command line; `-` is standard input, which is copied
 /// to a file in memory, because the library reads files.
 ///
 /// Every operation throws a Failure when the document cannot be read.
 class Document {
  public:
-  Document(const std::string& name, const std::vector<std::string>& searchPaths, MessageLog& log);
+  Document(const DocumentOptions& options, MessageLog& log);
 
   /// Returns the text with includes expanded and comments dropped.
   ExpandedText expand() const;
+
+  /// Returns the limits within which the document is read.
+  const Quarry::ParserLimits& getLimits() const { return limits; }
+
+  /// Throws the Failure to read the document.
+  [[noreturn]] void fail() const;
 
   /// Reads the document into `file`.
   void read(Quarry::ParserFile& file) const;
@@ -42,6 +62,7 @@ class Document {
   std::string shownName;
   std::string path;
   std::vector<std::string> searchPaths;
+  Quarry::ParserLimits limits;
   std::unique_ptr<MemoryFile> copy;  ///< of standard input
 };
 

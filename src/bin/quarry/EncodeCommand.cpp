@@ -34,7 +34,7 @@ struct EncodeOptions : DocumentOptions {
 ExitStatus run(const EncodeOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  encode(Document(options.file, options.searchPaths, log), options.target, output);
+  encode(Document(options, log), options.target, output);
   output.flush();
   return statusOf(log);
 }

@@ -11,7 +11,7 @@ namespace {
 ExitStatus run(const DocumentOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  output.writeText(Document(options.file, options.searchPaths, log).expand().text);
+  output.writeText(Document(options, log).expand().text);
   output.flush();
   return statusOf(log);
 }

@@ -155,7 +155,7 @@ struct FindOptions : DocumentOptions {
 ExitStatus run(const FindOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(options.color);
-  const Document document(options.file, options.searchPaths, log);
+  const Document document(options, log);
   const bool isFound = find(document, options.search, output);
   output.flush();
   return isFound ? statusOf(log) : ExitStatus::FINDINGS;
@@ -187,6 +187,7 @@ void addFindCommand(CommandTable& commands) {
   command->add_flag("--not", options->search.inverted, "Show the items whose name does not match");
   addQuiet(command, options->quiet);
   addSearchPaths(command, options->searchPaths);
+  addUnlimited(command, options->isUnlimited);
   addColor(command, options->color);
   addDepth(command, "Look into no more than N levels of nested groups", options->search.depthLimit);
 }

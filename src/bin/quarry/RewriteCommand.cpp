@@ -42,7 +42,7 @@ struct RewriteOptions : DocumentOptions {
 ExitStatus run(const RewriteOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  rewrite(Document(options.file, options.searchPaths, log), options.target, output);
+  rewrite(Document(options, log), options.target, output);
   output.flush();
   return statusOf(log);
 }

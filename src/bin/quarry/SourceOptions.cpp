@@ -33,8 +33,7 @@ void SourceOptions::addTo(CLI::App* command) {
       ->add_option("--stdin-filename", standInName,
                    "What standard input is called in messages, and where it lies")
       ->option_text("NAME");
-  command->add_flag("--no-limits", isUnlimited,
-                    "Read documents of any size, nesting and depth of includes");
+  addUnlimited(command, isUnlimited);
 }
 
 bool SourceOptions::read(SourceDocument& document, const std::string& file) const {

@@ -50,6 +50,11 @@ inline std::string groupsNotClosed(unsigned long count) {
          (count == 1 ? " group that is not closed." : " groups that are not closed.");
 }
 
+inline std::string groupsLeftOut(unsigned long count) {
+  return std::to_string(count) + (count == 1 ? " group is" : " groups are") +
+         " nested too deeply and left out; --no-limits shows everything.";
+}
+
 // --- The binary form -----------------------------------------------------------------------------
 
 inline std::string noBinaryOnTerminal() {

@@ -63,7 +63,7 @@ class TreePrinter {
     beginGroup(word);
   }
 
-  void groupLeftOut(const ParserWord&) {}  // there is no limit
+  void groupLeftOut(const ParserWord&) { ++groupsLeftOut; }
 
   void endGroup(const ParserWord* word) {
     line.end();
@@ -83,9 +83,12 @@ class TreePrinter {
   }
 
   /// Has to be called when everything is read.
-  void finish() {
+  /// @return whether nothing was left out
+  bool finish() {
     line.end();
     if (unclosedGroups > 0) warn(Texts::groupsNotClosed(unclosedGroups));
+    if (groupsLeftOut > 0) warn(Texts::groupsLeftOut(groupsLeftOut));
+    return groupsLeftOut == 0;
   }
 
  private:
@@ -111,15 +114,17 @@ class TreePrinter {
   ItemLine line;
   unsigned long depth = 0;
   unsigned long unclosedGroups = 0;
+  unsigned long groupsLeftOut = 0;
 };
 
 void showTree(const Document& document, unsigned long depthLimit, Output& output) {
   const ExpandedText expanded = document.expand();
   Quarry::ParserWordStream words(expanded.text, expanded.version);
   TreePrinter printer(expanded.text, depthLimit, output);
-  Quarry::TextParser parser(words, printer);
-  parser.parse();
-  printer.finish();
+  Quarry::TextParser(words, printer, document.getLimits().nestingDepth).parse();
+  const bool isWhole = printer.finish();
+  output.flush();
+  if (!isWhole) document.fail();
 }
 
 struct TreeOptions : DocumentOptions {
@@ -130,8 +135,7 @@ struct TreeOptions : DocumentOptions {
 ExitStatus run(const TreeOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(options.color);
-  showTree(Document(options.file, options.searchPaths, log), options.depthLimit, output);
-  output.flush();
+  showTree(Document(options, log), options.depthLimit, output);
   return statusOf(log);
 }
 

@@ -74,7 +74,7 @@ struct WordsOptions : DocumentOptions {
 ExitStatus run(const WordsOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(options.color);
-  showWords(Document(options.file, options.searchPaths, log), output);
+  showWords(Document(options, log), output);
   output.flush();
   return statusOf(log);
 }
