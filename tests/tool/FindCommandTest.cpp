@@ -43,21 +43,21 @@ TEST(FindCommandTest, ItemsAreFoundAtAnyDepthInTheOrderOfTheDocument) {
   checkFinds("name", SCENE,
              "scene/name: string \"opening\"\n"
              "scene/layer/name: string \"water\"\n"
-             "scene/layer#2/name: string \"sky\"\n");
+             "scene/layer[2]/name: string \"sky\"\n");
 }
 
 TEST(FindCommandTest, AGroupStandsBeforeItsItems) {
-  checkFinds("a", "a { b { a 1 } }\na 2", "a: group\na/b/a: int 1\na#2: int 2\n");
+  checkFinds("a", "a { b { a 1 } }\na 2", "a: group\na/b/a: int 1\na[2]: int 2\n");
 }
 
 TEST(FindCommandTest, RepeatedNamesAreCountedWithinTheirGroup) {
   checkFinds("^x$", "x 1 g { x 2 x 3 } g { x 4 } x 5",
-             "x: int 1\ng/x: int 2\ng/x#2: int 3\ng#2/x: int 4\nx#2: int 5\n");
+             "x: int 1\ng/x: int 2\ng/x[2]: int 3\ng[2]/x: int 4\nx[2]: int 5\n");
 }
 
 TEST(FindCommandTest, ItemsThatAreNotFoundCountToo) {
   EXPECT_EQ(runTool({"find", "--not", "-", "^g$"}, "g { x 1 } h { y 2 } g { z 3 }").output,
-            "g/x: int 1\nh: group\nh/y: int 2\ng#2/z: int 3\n");
+            "g/x: int 1\nh: group\nh/y: int 2\ng[2]/z: int 3\n");
 }
 
 TEST(FindCommandTest, NumbersStandAsTheyAreSpelled) {
@@ -156,6 +156,36 @@ TEST(FindCommandTest, SearchPathsHoldForIncludes) {
             (Result{0, "g/x: int 1\n", ""}));
 }
 
+TEST(FindCommandTest, AValueIsSearchedAnywhereInItsText) {
+  EXPECT_EQ(runTool({"find", "-", "", "--value", "ate"}, SCENE).output,
+            "scene/layer/name: string \"water\"\n");
+}
+
+TEST(FindCommandTest, AStringIsSearchedWithoutQuotesAndEscapes) {
+  EXPECT_EQ(
+      runTool({"find", "-", "", "--value", "^a\"b$"}, "#SerialVersion 1.1\nx \"a\\\"b\" y \"a b\"")
+          .output,
+      "x: string \"a\\\"b\"\n");
+}
+
+TEST(FindCommandTest, ANumberIsSearchedAsItIsSpelled) {
+  EXPECT_EQ(runTool({"find", "-", "", "--value", "\\.50$"}, "a 1.50 b 1.5").output,
+            "a: double 1.50\n");
+}
+
+TEST(FindCommandTest, EachValueOfAnItemIsSearched) {
+  EXPECT_EQ(runTool({"find", "-", "", "--value", "^no$"}, SCENE).output,
+            "scene/layer/blur (call): int 4, bool no\n");
+}
+
+TEST(FindCommandTest, NameAndValueHaveToMatchBoth) {
+  EXPECT_EQ(runTool({"find", "-", "^b", "--value", "1"}, "a 1 b 1 b 2").output, "b: int 1\n");
+}
+
+TEST(FindCommandTest, APathIsFoundAsItIsShown) {
+  checkFinds("x", "x[2] 1 x 2 x 3", "x[2][1]: int 1\nx: int 2\nx[2]: int 3\n");
+}
+
 // --- The exit status -----------------------------------------------------------------------------
 
 TEST(FindCommandTest, NothingFoundIsAFindingWithoutAMessage) {
@@ -169,7 +199,8 @@ TEST(FindCommandTest, NothingWithinTheDepthIsAFinding) {
 TEST(FindCommandTest, WarningsOfTheParserAreFindings) {
   EXPECT_EQ(runTool({"find", "-", "a"}, ", a 1"),
             (Result{1, "a: int 1\n",
-                    "quarry: warning: ParserGroup::setText: (1:0) item ',' wrongly placed.\n"}));
+                    "quarry: warning: standard input:1:1: item ',' wrongly placed. "
+                    "[wrongly-placed]\n"}));
 }
 
 TEST(FindCommandTest, ABadPatternIsRefusedWithTheReason) {

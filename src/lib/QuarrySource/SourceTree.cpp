@@ -79,13 +79,18 @@ std::string SourceTree::getPath(unsigned long item) const {
     steps.push_back(item);
   std::string path;
   for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
-    const std::string_view name = getName(items[*step]);
-    const unsigned long ordinal = getOrdinals()[*step];
     if (!path.empty()) path += '/';
-    path += name;
-    if (ordinal > 1 || splitOrdinal(name).number > 0) path += "[" + std::to_string(ordinal) + "]";
+    path += getStep(*step);
   }
   return path;
+}
+
+std::string SourceTree::getStep(unsigned long item) const {
+  const std::string_view name = getName(items[item]);
+  const unsigned long ordinal = getOrdinals()[item];
+  std::string step(name);
+  if (ordinal > 1 || splitOrdinal(name).number > 0) step += "[" + std::to_string(ordinal) + "]";
+  return step;
 }
 
 SourceTarget SourceTree::find(const std::string& path) const {

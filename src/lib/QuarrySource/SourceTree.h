@@ -101,6 +101,10 @@ class QUARRYSOURCE_EXPORT SourceTree {
   /// Returns the shortest path of an item.
   std::string getPath(unsigned long item) const;
 
+  /// Returns the last part of an item's path: `layer[2]`. Who walks through the tree and keeps the
+  /// path of the group that it is in needs no more.
+  std::string getStep(unsigned long item) const;
+
   /// Finds what a path leads to.
   SourceTarget find(const std::string& path) const;
 
