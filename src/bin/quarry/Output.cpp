@@ -59,10 +59,14 @@ void Output::write(std::string_view bytes) {
 
 void Output::writeText(std::string_view bytes) {
   if (escaped) {
-    write(escapeForTerminal(bytes, Layout::KEPT, utf8));
+    write(getShown(bytes));
   } else {
     write(bytes);
   }
+}
+
+std::string Output::getShown(std::string_view bytes) const {
+  return escaped ? escapeForTerminal(bytes, Layout::KEPT, utf8) : std::string(bytes);
 }
 
 void Output::writeWord(Style style, std::string_view bytes) {

@@ -31,6 +31,9 @@ class Output {
   /// Writes a text of the document, with its lines.
   void writeText(std::string_view bytes);
 
+  /// Returns what writeText() writes.
+  std::string getShown(std::string_view bytes) const;
+
   /// Writes a part of the document that stands within a line.
   void writeWord(Style style, std::string_view bytes);
 

@@ -1,5 +1,7 @@
 #include "TerminalText.h"
 
+#include "Utf8.h"
+
 #include <langinfo.h>
 #include <locale.h>
 
@@ -10,45 +12,6 @@ namespace Tool {
 namespace {
 
 std::uint8_t toByte(char character) { return static_cast<std::uint8_t>(character); }
-
-/// A character of UTF-8 at the beginning of a text; `length` is 0 when there is none.
-struct Character {
-  std::uint32_t code;
-  std::size_t length;
-};
-
-constexpr Character NO_CHARACTER = {0, 0};
-
-/// Returns the number of bytes of the character that begins with `lead`, 0 for no lead byte.
-std::size_t lengthFromLead(std::uint8_t lead) {
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead <= 0xDF) return 2;
-  if (lead >= 0xE0 && lead <= 0xEF) return 3;
-  if (lead >= 0xF0 && lead <= 0xF4) return 4;
-  return 0;
-}
-
-/// Refuses spellings that are longer than needed, surrogates, and codes past the last one.
-bool isProper(const Character& character) {
-  if (character.length == 3 && character.code < 0x800) return false;
-  if (character.length == 4 && character.code < 0x10000) return false;
-  if (character.code >= 0xD800 && character.code <= 0xDFFF) return false;
-  return character.code <= 0x10FFFF;
-}
-
-Character decode(std::string_view bytes) {
-  const std::uint8_t lead = toByte(bytes.front());
-  const std::size_t length = lengthFromLead(lead);
-  if (length == 0 || length > bytes.size()) return NO_CHARACTER;
-  if (length == 1) return {lead, 1};
-  std::uint32_t code = lead & (0x7FU >> length);
-  for (const char follower : bytes.substr(1, length - 1)) {
-    if ((toByte(follower) & 0xC0) != 0x80) return NO_CHARACTER;
-    code = (code << 6) | (toByte(follower) & 0x3FU);
-  }
-  const Character character = {code, length};
-  return isProper(character) ? character : NO_CHARACTER;
-}
 
 bool isBetween(std::uint32_t code, std::uint32_t first, std::uint32_t last) {
   return code >= first && code <= last;
@@ -89,7 +52,7 @@ std::string escapeForTerminal(std::string_view bytes, Layout layout, bool utf8) 
   std::string out;
   out.reserve(bytes.size());
   while (!bytes.empty()) {
-    const Character character = decode(bytes);
+    const Character character = decodeUtf8(bytes);
     const std::size_t length = character.length == 0 ? 1 : character.length;
     if (isShown(character, layout, utf8)) {
       out += bytes.substr(0, length);
