@@ -58,6 +58,10 @@ TEST(CommandLineTest, HelpOfFindTellsItsExitStatuses) {
   checkHelp({"find", "--help"}, "Exit status: 0 found, 1 nothing found");
 }
 
+TEST(CommandLineTest, HelpOfCheckHasAnExample) {
+  checkHelp({"check", "--help"}, "quarry check --format=sarif project.cfg >project.sarif");
+}
+
 TEST(CommandLineTest, ACommandIsNeeded) {
   checkRefused({}, "A command is missing; quarry --help tells more.");
 }

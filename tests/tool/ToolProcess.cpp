@@ -8,11 +8,13 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ostream>
 #include <system_error>
+#include <thread>
 
 namespace ToolTest {
 
@@ -184,6 +186,29 @@ Result runWithMessagesOnTerminal(const Arguments& arguments, const std::string& 
   const pid_t process =
       startTool(arguments, {inputFile.get(), output.get(), inside.get()}, TERMINAL_ENVIRONMENT);
   inside.close();
+  Result result;
+  result.messages = readBytes(outside.get());
+  result.status = waitFor(process);
+  result.output = readFromBeginning(output.get());
+  return result;
+}
+
+Result runWithSlowInput(const Arguments& arguments, const std::string& input, int milliseconds) {
+  const Terminal terminal;
+  Descriptor inside(terminal.inside);
+  const Descriptor outside(terminal.outside);
+  const Descriptor output(makeFile());
+  std::array<int, 2> ends = {};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) fail("pipe");
+  Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  const pid_t process =
+      startTool(arguments, {reading.get(), output.get(), inside.get()}, TERMINAL_ENVIRONMENT);
+  inside.close();
+  reading.close();
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+  if (write(writing.get(), input.data(), input.size()) < 0) fail("write");
+  writing.close();
   Result result;
   result.messages = readBytes(outside.get());
   result.status = waitFor(process);

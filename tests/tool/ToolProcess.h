@@ -33,6 +33,9 @@ Result runOnTerminal(const Arguments& arguments, const std::string& input,
 /// Runs the tool with standard error on a terminal.
 Result runWithMessagesOnTerminal(const Arguments& arguments, const std::string& input);
 
+/// Runs the tool with standard error on a terminal and input that comes only after a while.
+Result runWithSlowInput(const Arguments& arguments, const std::string& input, int milliseconds);
+
 /// Runs the tool with standard output into a full device, into a pipe that nobody reads, or closed.
 Result runIntoFullDevice(const Arguments& arguments, const std::string& input);
 Result runIntoBrokenPipe(const Arguments& arguments, const std::string& input);

@@ -9,6 +9,7 @@ void addTreeCommand(CommandTable& commands);
 void addFindCommand(CommandTable& commands);
 void addWordsCommand(CommandTable& commands);
 void addExpandCommand(CommandTable& commands);
+void addCheckCommand(CommandTable& commands);
 void addRewriteCommand(CommandTable& commands);
 void addEncodeCommand(CommandTable& commands);
 void addDecodeCommand(CommandTable& commands);

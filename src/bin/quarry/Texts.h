@@ -83,4 +83,28 @@ inline std::string badPattern(const std::string& pattern) {
   return "'" + pattern + "' is no regular expression.";
 }
 
+// --- Checking ------------------------------------------------------------------------------------
+
+inline std::string compressedWithoutMarkers() {
+  return "The compressed file lacks a marker ('$') before its line feeds; reading takes the last "
+         "two bytes of each line.";
+}
+
+inline std::string checking(const std::string& name, unsigned long number, unsigned long count) {
+  return "Checking " + std::to_string(number) + " of " + std::to_string(count) + ": " + name;
+}
+
+/// "3 warnings", "1 warning"
+inline std::string counted(unsigned long count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+inline std::string summary(unsigned long errors, unsigned long warnings, unsigned long files) {
+  std::string found;
+  if (errors > 0) found = counted(errors, "error");
+  if (errors > 0 && warnings > 0) found += " and ";
+  if (warnings > 0) found += counted(warnings, "warning");
+  return found + " in " + counted(files, "file");
+}
+
 }  // namespace Tool::Texts

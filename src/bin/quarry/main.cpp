@@ -27,6 +27,7 @@ void addCommands(Tool::CommandTable& commands) {
   Tool::addFindCommand(commands);
   Tool::addWordsCommand(commands);
   Tool::addExpandCommand(commands);
+  Tool::addCheckCommand(commands);
   Tool::addRewriteCommand(commands);
   Tool::addEncodeCommand(commands);
   Tool::addDecodeCommand(commands);

@@ -1,0 +1,150 @@
+#include "CommandTable.h"
+#include "Commands.h"
+#include "DocumentFindings.h"
+#include "FindingWriter.h"
+#include "Progress.h"
+#include "SourceOptions.h"
+#include "Texts.h"
+
+#include <unistd.h>
+
+#include <limits>
+#include <memory>
+
+namespace Tool {
+
+namespace {
+
+constexpr unsigned long UNLIMITED = std::numeric_limits<unsigned long>::max();
+
+struct CheckOptions {
+  std::vector<std::string> files;
+  SourceOptions source;
+  FindingFormat format = FindingFormat::TEXT;
+  ColorChoice color = ColorChoice::AUTO;
+  unsigned long maxWarnings = 0;
+  unsigned long limit = UNLIMITED;
+  bool quiet = false;
+};
+
+std::unique_ptr<FindingWriter> makeWriter(FindingFormat format, Output& output) {
+  switch (format) {
+    case FindingFormat::JSON: return makeJsonWriter(output);
+    case FindingFormat::SARIF: return makeSarifWriter(output, getFindingRules());
+    case FindingFormat::GITHUB: return makeGithubWriter(output);
+    default: return makeTextWriter(output);
+  }
+}
+
+/// Checks documents one after the other and keeps no finding.
+class Check {
+ public:
+  Check(const CheckOptions& wanted, FindingWriter& target) : options(wanted), writer(target) {}
+
+  const FindingCounts& run() {
+    if (!options.quiet) writer.begin();
+    for (const std::string& file : options.files)
+      check(file);
+    if (!options.quiet) writer.end(counts);
+    return counts;
+  }
+
+ private:
+  void check(const std::string& file) {
+    const bool isStream = file == "-";
+    const std::string& path = isStream ? options.source.standInName : file;
+    ++counts.files;
+    progress.show(Texts::checking(path, counts.files, options.files.size()));
+    Quarry::SourceDocument source;
+    const bool isRead = options.source.read(source, file);
+    progress.hide();
+    const CheckedDocument document = {source, isStream ? std::string() : file, path, isRead};
+    if (!options.quiet) writer.beginDocument();
+    const FindingTaker take = [this](const Finding& finding) { this->take(finding); };
+    findUnmarkedFiles(document, take);
+    findDiagnostics(document, take);
+  }
+
+  void take(const Finding& finding) {
+    if (!options.quiet && counts.getAll() < options.limit) writer.write(finding);
+    ++(finding.isError ? counts.errors : counts.warnings);
+  }
+
+  const CheckOptions& options;
+  FindingWriter& writer;
+  FindingCounts counts;
+  Progress progress;
+};
+
+/// There is nobody left to tell when standard error fails.
+void writeSummary(const FindingCounts& counts) {
+  if (counts.getAll() == 0) return;
+  (void)writeAll(STDERR_FILENO,
+                 Texts::summary(counts.errors, counts.warnings, counts.files) + "\n");
+}
+
+ExitStatus run(const CheckOptions& options) {
+  Output output(options.color);
+  const std::unique_ptr<FindingWriter> writer = makeWriter(options.format, output);
+  const FindingCounts counts = Check(options, *writer).run();
+  output.flush();
+  if (!options.quiet) writeSummary(counts);
+  if (counts.errors > 0) return ExitStatus::FAILED;
+  return counts.warnings > options.maxWarnings ? ExitStatus::FINDINGS : ExitStatus::FINE;
+}
+
+void addFormat(CLI::App* command, FindingFormat& format) {
+  const std::map<std::string, FindingFormat> formats = {{"text", FindingFormat::TEXT},
+                                                        {"json", FindingFormat::JSON},
+                                                        {"sarif", FindingFormat::SARIF},
+                                                        {"github", FindingFormat::GITHUB}};
+  const auto choose = [&format, formats](const std::string& word) { format = formats.at(word); };
+  command
+      ->add_option_function<std::string>("--format", choose,
+                                         "How findings are written: text, json, sarif, github")
+      ->check(CLI::IsMember(std::vector<std::string>{"text", "json", "sarif", "github"}))
+      ->option_text("FORMAT");
+}
+
+void addCount(CLI::App* command, const std::string& name, const std::string& description,
+              unsigned long& count) {
+  const auto findFault = [](const std::string& text) {
+    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber ? std::string() : "'" + text + "' is no whole number";
+  };
+  command->add_option(name, count, description)->check(findFault)->option_text("N");
+}
+
+}  // namespace
+
+void addCheckCommand(CommandTable& commands) {
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::App* command = commands.add(
+      "check",
+      {"Check", "Tells what is wrong in documents, each with its place",
+       "  quarry check project.cfg scenes/*.cfg\n"
+       "  quarry check --max-warnings 10 project.cfg\n"
+       "  quarry check --format=sarif project.cfg >project.sarif\n"
+       "  git show HEAD:project.cfg | quarry check --stdin-filename project.cfg -",
+       "Each finding is 'path:line:column: warning: text [rule]', followed by the line with a "
+       "mark\n"
+       "below the place and by the includes that lead to the file. Lines and columns count from\n"
+       "1, columns in bytes. What makes a document unreadable is an error.\n"
+       "\n"
+       "Exit status: 0 no more warnings than allowed, 1 more of them, 2 a document cannot be "
+       "read."},
+      [options](MessageLog&) { return run(*options); });
+  command->add_option("FILE", options->files, "The documents; - for standard input")
+      ->required()
+      ->option_text("...");
+  addFormat(command, options->format);
+  addCount(command, "--max-warnings", "Exit with 0 for up to N warnings; 0 unless it is given",
+           options->maxWarnings);
+  addCount(command, "--limit", "Write no more than N findings; the others are only counted",
+           options->limit);
+  command->add_flag("-q,--quiet", options->quiet, "Write nothing; the exit status tells");
+  options->source.addTo(command);
+  addColor(command, options->color);
+}
+
+}  // namespace Tool
