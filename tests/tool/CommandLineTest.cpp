@@ -62,6 +62,10 @@ TEST(CommandLineTest, HelpOfCheckHasAnExample) {
   checkHelp({"check", "--help"}, "quarry check --format=sarif project.cfg >project.sarif");
 }
 
+TEST(CommandLineTest, HelpOfExplainHasAnExample) {
+  checkHelp({"explain", "--help"}, "quarry explain layers.cfg:3:1 project.cfg");
+}
+
 TEST(CommandLineTest, ACommandIsNeeded) {
   checkRefused({}, "A command is missing; quarry --help tells more.");
 }

@@ -7,6 +7,7 @@ class CommandTable;
 
 void addTreeCommand(CommandTable& commands);
 void addFindCommand(CommandTable& commands);
+void addExplainCommand(CommandTable& commands);
 void addWordsCommand(CommandTable& commands);
 void addExpandCommand(CommandTable& commands);
 void addCheckCommand(CommandTable& commands);

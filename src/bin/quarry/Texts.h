@@ -107,4 +107,27 @@ inline std::string summary(unsigned long errors, unsigned long warnings, unsigne
   return found + " in " + counted(files, "file");
 }
 
+// --- Explaining ----------------------------------------------------------------------------------
+
+inline std::string badLocation(const std::string& text) {
+  return "'" + text + "' is no place; write FILE:LINE:COLUMN, counted from 1.";
+}
+
+inline std::string notIncluded(const std::string& path, const std::string& document) {
+  return "'" + path + "' is no file of '" + document + "'.";
+}
+
+inline std::string tooFewLines(const std::string& path, unsigned long lines) {
+  return "'" + path + "' has no such line; it has " + counted(lines, "line") + ".";
+}
+
+inline std::string tooFewColumns(unsigned long line, unsigned long columns) {
+  return "Line " + std::to_string(line) + " has no such column; it has " +
+         counted(columns, "column") + ".";
+}
+
+inline std::string moreOpenings(unsigned long count) {
+  return "\nThe file is included " + counted(count, "more time") + ".\n";
+}
+
 }  // namespace Tool::Texts

@@ -25,6 +25,7 @@ constexpr char DESCRIPTION[] =
 void addCommands(Tool::CommandTable& commands) {
   Tool::addTreeCommand(commands);
   Tool::addFindCommand(commands);
+  Tool::addExplainCommand(commands);
   Tool::addWordsCommand(commands);
   Tool::addExpandCommand(commands);
   Tool::addCheckCommand(commands);
