@@ -1,5 +1,5 @@
-# What a program that uses the installed libraries finds them by: a CMake package and two pkg-config
-# files. Both locate the prefix from where they lie, so that it can be moved.
+# What a program that uses the installed libraries finds them by: a CMake package and a pkg-config
+# file for each. They locate the prefix from where they lie, so that it can be moved.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Quarry")
@@ -29,7 +29,7 @@ cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY "\${prefix}" OUTPUT
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_INCLUDEDIR BASE_DIRECTORY "\${prefix}" OUTPUT_VARIABLE
            pkgconfig_includedir)
 
-foreach(name plinth quarry)
+foreach(name plinth quarry quarrysource)
   configure_file("cmake/${name}.pc.in" "${PROJECT_BINARY_DIR}/${name}-1.0.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/${name}-1.0.pc" DESTINATION "${pkgconfig_dir}")
 endforeach()
