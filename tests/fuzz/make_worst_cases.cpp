@@ -177,7 +177,14 @@ Cases makeFiles() {
   return cases;
 }
 
-/// Files that include each other, and what chooses the highest limits but one.
+/// Adds what chooses the highest limits but one.
+Cases withHighLimits(Cases cases) {
+  for (auto& [name, bytes] : cases)
+    bytes += "\xFF\xFF";
+  return cases;
+}
+
+/// Files that include each other.
 Cases makeLimitedFiles() {
   const std::string separator = "\x1E";
   const auto include = [](int number) { return "#include \"" + std::to_string(number) + "\"\n"; };
@@ -187,14 +194,11 @@ Cases makeLimitedFiles() {
     circle += include((number + 1) % 8) + separator;
     fan += repeat(include(number + 1), number < 7 ? 8000 : 0) + separator;
   }
-  Cases cases = {{"circle", circle},
-                 {"fan", fan},
-                 {"an_empty_file", repeat(include(1), LENGTH - 1000)},
-                 {"a_missing_file", repeat("#include \"x\"\n", LENGTH - 1000)},
-                 {"deep_groups", repeat("a{", LENGTH - 1000)}};
-  for (auto& [name, bytes] : cases)
-    bytes += "\xFF\xFF";
-  return cases;
+  return withHighLimits({{"circle", circle},
+                         {"fan", fan},
+                         {"an_empty_file", repeat(include(1), LENGTH - 1000)},
+                         {"a_missing_file", repeat("#include \"x\"\n", LENGTH - 1000)},
+                         {"deep_groups", repeat("a{", LENGTH - 1000)}});
 }
 
 /// Compresses `bytes`, of which there are as many as give about 64 KiB.
@@ -263,6 +267,8 @@ int main(int argc, char** argv) {
     write(folder + "pattern", makePatterns(), "x");
     write(folder + "preprocessor", makeFiles(), "\n");
     write(folder + "limits", makeLimitedFiles(), "\xFF");
+    write(folder + "source", makeLimitedFiles(), "\xFF");
+    write(folder + "source", withHighLimits(makeTexts()), "\xFF");
     write(folder + "gzip", makeCompressedFiles(), "\0"s);
     write(folder + "gzip", makeTexts(), "\1"s);
     write(folder + "api", makeScripts(), "\7");
