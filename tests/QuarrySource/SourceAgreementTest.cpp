@@ -1,6 +1,6 @@
 // The source layer and the library agree about every document: its text, its warnings, its words
 // and its items. QUARRY_SOURCE_DOCUMENTS sets how many random documents are tried, and
-// QUARRY_SOURCE_SEED the seed of the first one.
+// QUARRY_SOURCE_SEED the seed of the first one; scripts/check-source tries many.
 
 #include "support/SourceAgreement.h"
 

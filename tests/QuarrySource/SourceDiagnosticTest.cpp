@@ -217,7 +217,6 @@ TEST(SourceDiagnosticTest, AMissingFileOfAnIncludedFileHasTheChain) {
 }
 
 TEST(SourceDiagnosticTest, AFileThatCannotBeOpenedIsAtItsInclude) {
-  const TemporaryFolder folder;
   const std::string name = "/proc/self/mem";  // a regular file whose beginning cannot be read
   if (!std::filesystem::is_regular_file(name)) GTEST_SKIP() << "there is no such file here";
   checkWarnsOfFile(*readDocument("#include \"" + name + "\""), "file-not-opened a.cfg:1:1+25",
