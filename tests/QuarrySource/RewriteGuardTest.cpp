@@ -392,6 +392,13 @@ TEST_F(RewriteGuardTest, TellsOfATextOfAnotherType) {
   EXPECT_EQ(tell(root), Told({"unreadable-text at a#1"}));
 }
 
+TEST_F(RewriteGuardTest, TellsOfATextThatIsNotFiniteButNoName) {
+  ParserItem& item = add("a");
+  addWord(item, "-inf)", ParserValue::TYPE_DOUBLE);
+  item.addInt(1);
+  EXPECT_EQ(tell(root), Told({"unreadable-text at a#1"}));
+}
+
 TEST_F(RewriteGuardTest, TellsOfATextOfSeveralWords) {
   addWord(add("a"), "1 2", ParserValue::TYPE_INT);
   EXPECT_EQ(tell(root), Told({"unreadable-text at a#1"}));

@@ -39,8 +39,10 @@ bool isRawByte(const ParserValue& value, const std::string& spelling) {
   return spelling.front() == '\0' || toBits(spelled) != toBits(getNumber(value));
 }
 
-bool isNotFinite(const ParserValue& value) {
-  return value.getType() == ParserValue::TYPE_DOUBLE && !std::isfinite(getNumber(value));
+/// Tells whether the text of a number is a name: `inf`, `nan` and their like are.
+bool isNamedNumber(const ParserValue& value, const std::string& spelling) {
+  return value.getType() == ParserValue::TYPE_DOUBLE && !std::isfinite(getNumber(value)) &&
+         ParserWord(spelling, true, WRITTEN_VERSION).isIdentifier();
 }
 
 /// Tells whether the text, as a number in a file, has something behind it that is a comment.
@@ -143,8 +145,8 @@ void RewriteRules::lookAtNumber(const RewritePart& part, Kinds& found) const {
   } else if (value.getType() == ParserValue::TYPE_CHAR) {
     found.push_back(RewriteHazard::CHARACTER);
   } else if (!isOneWord(part)) {
-    found.push_back(isNotFinite(value) ? RewriteHazard::NOT_FINITE
-                                       : RewriteHazard::UNREADABLE_TEXT);
+    found.push_back(isNamedNumber(value, spelling) ? RewriteHazard::NOT_FINITE
+                                                   : RewriteHazard::UNREADABLE_TEXT);
   } else if (holdsComment(spelling)) {
     found.push_back(RewriteHazard::NUMBER_COMMENT);
   } else if (isQuoteLeftOpen(part)) {
