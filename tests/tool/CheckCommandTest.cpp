@@ -308,6 +308,47 @@ TEST(CheckOptionsTest, ABrokenPipeEndsTheCheckWithoutAMessage) {
   EXPECT_EQ(runIntoBrokenPipe({"check", "-"}, ","), (Result{2, "", ""}));
 }
 
+// --- Rewriting -----------------------------------------------------------------------------------
+
+TEST(CheckRewriteTest, AHazardIsAFindingAtItsValue) {
+  EXPECT_EQ(
+      runTool({"check", "--rewrite", "-"}, "g { a <empty> 1 \"C:\\\"\n2 }\n").output,
+      "standard input:1:17: warning: A rewrite changes 'g/a#2'. The string ends in a "
+      "backslash, behind which the closing quote counts as escaped; other words follow on its "
+      "line. [open-quote]\n"
+      "g { a <empty> 1 \"C:\\\"\n"
+      "                ^~~~~\n");
+}
+
+TEST(CheckRewriteTest, HazardsAreOnlyFoundWhereThatIsAskedFor) {
+  EXPECT_EQ(check("a \"C:\\\"\n2\n"), (Result{0, "", ""}));
+}
+
+TEST(CheckRewriteTest, HazardsStandBehindTheOtherFindingsWhichAreToldOnce) {
+  EXPECT_EQ(runTool({"check", "--rewrite", "-"}, "a \"C:\\\"\n2 !\n").messages,
+            "2 warnings in 1 file\n");
+}
+
+TEST(CheckRewriteTest, ADocumentThatSurvivesIsFine) {
+  EXPECT_EQ(runTool({"check", "--rewrite", "-"}, "a \"C:\\\"\nb { c(1, yes) }\n"),
+            (Result{0, "", ""}));
+}
+
+TEST(CheckRewriteTest, AnUnreadableDocumentHasNoHazards) {
+  EXPECT_EQ(runTool({"check", "--rewrite", "-"}, "a \"C:\\\"\n2\n#include \"x").messages,
+            "1 error in 1 file\n");
+}
+
+TEST(CheckRewriteTest, AHazardInAnIncludedFileIsNotedWithItsInclude) {
+  const TemporaryFolder folder;
+  const WorkingDirectory inside(folder.getPath());
+  folder.write("a.cfg", "b 1\n#include \"b.cfg\"\n");
+  folder.write("b.cfg", "b \"C:\\\"\n2\n");
+  const std::string output = runTool({"check", "--rewrite", "a.cfg"}).output;
+  EXPECT_THAT(output, StartsWith("b.cfg:1:3: warning: A rewrite changes 'b[2]#1'. "));
+  EXPECT_THAT(output, EndsWith("a.cfg:2:1: note: included from here\n"));
+}
+
 // --- Terminals -----------------------------------------------------------------------------------
 
 TEST(CheckTerminalTest, ATerminalGetsColors) {

@@ -3,6 +3,7 @@
 #include "DocumentFindings.h"
 #include "FindingWriter.h"
 #include "Progress.h"
+#include "RewriteFindings.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -24,13 +25,21 @@ struct CheckOptions {
   ColorChoice color = ColorChoice::AUTO;
   unsigned long maxWarnings = 0;
   unsigned long limit = UNLIMITED;
+  bool withRewrite = false;
   bool quiet = false;
 };
+
+std::vector<Rule> getAllRules() {
+  std::vector<Rule> rules = getFindingRules();
+  const std::vector<Rule> more = getRewriteRules();
+  rules.insert(rules.end(), more.begin(), more.end());
+  return rules;
+}
 
 std::unique_ptr<FindingWriter> makeWriter(FindingFormat format, Output& output) {
   switch (format) {
     case FindingFormat::JSON: return makeJsonWriter(output);
-    case FindingFormat::SARIF: return makeSarifWriter(output, getFindingRules());
+    case FindingFormat::SARIF: return makeSarifWriter(output, getAllRules());
     case FindingFormat::GITHUB: return makeGithubWriter(output);
     default: return makeTextWriter(output);
   }
@@ -63,6 +72,7 @@ class Check {
     const FindingTaker take = [this](const Finding& finding) { this->take(finding); };
     findUnmarkedFiles(document, take);
     findDiagnostics(document, take);
+    if (options.withRewrite) findRewriteHazards(document, take);
   }
 
   void take(const Finding& finding) {
@@ -83,7 +93,8 @@ void writeSummary(const FindingCounts& counts) {
                  Texts::summary(counts.errors, counts.warnings, counts.files) + "\n");
 }
 
-ExitStatus run(const CheckOptions& options) {
+ExitStatus run(const CheckOptions& options, MessageLog& log) {
+  log.setQuiet(true);  // what the library warns of is among the findings
   Output output(options.color);
   const std::unique_ptr<FindingWriter> writer = makeWriter(options.format, output);
   const FindingCounts counts = Check(options, *writer).run();
@@ -133,13 +144,15 @@ void addCheckCommand(CommandTable& commands) {
        "\n"
        "Exit status: 0 no more warnings than allowed, 1 more of them, 2 a document cannot be "
        "read."},
-      [options](MessageLog&) { return run(*options); });
+      [options](MessageLog& log) { return run(*options, log); });
   command->add_option("FILE", options->files, "The documents; - for standard input")
       ->required()
       ->option_text("...");
   addFormat(command, options->format);
   addCount(command, "--max-warnings", "Exit with 0 for up to N warnings; 0 unless it is given",
            options->maxWarnings);
+  command->add_flag("--rewrite", options->withRewrite,
+                    "Find what would not survive being written and read back, too");
   addCount(command, "--limit", "Write no more than N findings; the others are only counted",
            options->limit);
   command->add_flag("-q,--quiet", options->quiet, "Write nothing; the exit status tells");

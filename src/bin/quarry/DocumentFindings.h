@@ -14,7 +14,7 @@ namespace Tool {
 /// Takes a finding; what it refers to is good until it returns.
 using FindingTaker = std::function<void(const Finding&)>;
 
-/// Returns all rules: those of the source layer and the tool's own.
+/// Returns the rules of what follows: those of the source layer and the tool's own.
 std::vector<Rule> getFindingRules();
 
 /// A document that was read, or could not be.

@@ -90,6 +90,10 @@ inline std::string compressedWithoutMarkers() {
          "two bytes of each line.";
 }
 
+inline std::string rewriteChanges(const std::string& path, const std::string& reason) {
+  return "A rewrite changes '" + path + "'. " + reason;
+}
+
 inline std::string checking(const std::string& name, unsigned long number, unsigned long count) {
   return "Checking " + std::to_string(number) + " of " + std::to_string(count) + ": " + name;
 }
