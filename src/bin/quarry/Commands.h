@@ -11,6 +11,7 @@ void addExplainCommand(CommandTable& commands);
 void addWordsCommand(CommandTable& commands);
 void addExpandCommand(CommandTable& commands);
 void addCheckCommand(CommandTable& commands);
+void addFormatCommand(CommandTable& commands);
 void addRewriteCommand(CommandTable& commands);
 void addEncodeCommand(CommandTable& commands);
 void addDecodeCommand(CommandTable& commands);

@@ -134,4 +134,22 @@ inline std::string moreOpenings(unsigned long count) {
   return "\nThe file is included " + counted(count, "more time") + ".\n";
 }
 
+// --- Formatting ----------------------------------------------------------------------------------
+
+inline std::string cannotFormat(const std::string& name, const std::string& reason) {
+  return "Cannot format '" + name + "': " + reason + ".";
+}
+
+inline std::string cannotFormatCompressed(const std::string& name) {
+  return cannotFormat(name, "it is compressed");
+}
+
+inline std::string cannotFormatZeroByte(const std::string& name) {
+  return cannotFormat(name, "it has a zero byte, and what stands behind that is not read");
+}
+
+inline std::string cannotFormatAlike(const std::string& name) {
+  return cannotFormat(name, "it would not read as before");
+}
+
 }  // namespace Tool::Texts

@@ -29,6 +29,7 @@ void addCommands(Tool::CommandTable& commands) {
   Tool::addWordsCommand(commands);
   Tool::addExpandCommand(commands);
   Tool::addCheckCommand(commands);
+  Tool::addFormatCommand(commands);
   Tool::addRewriteCommand(commands);
   Tool::addEncodeCommand(commands);
   Tool::addDecodeCommand(commands);
