@@ -2,6 +2,8 @@
 
 #include <Quarry/ParserFile.h>
 #include <Quarry/ParserWord.h>
+#include <QuarrySource/SourceDocument.h>
+#include <QuarrySource/SourceTree.h>
 
 #include "support/Documents.h"
 #include "support/LinearTime.h"
@@ -417,6 +419,22 @@ TEST_F(RewriteGuardTest, CountsItemsOfTheSameNameInTheirGroup) {
 TEST_F(RewriteGuardTest, CountsANameThatEndsInANumberInBrackets) {
   add("a[2]").addChar('x');
   EXPECT_EQ(tell(root), Told({"character at a[2][1]#1"}));
+}
+
+TEST_F(RewriteGuardTest, NamesItemsAsTheSourceTreeDoes) {
+  Quarry::SourceDocument document;
+  document.setText("d",
+                   "a 1\na 1\na[2] 1\na[0] 1\na[] 1\na[x] 1\na[99999999999999999999] 1\n#k 1\n");
+  document.read("d");
+  const Quarry::SourceTree tree(document);
+  root.setText(document.getText(), 1.1);
+  Told paths;
+  for (unsigned long i = 0; i < tree.getItemCount(); ++i)
+    paths.push_back("template at " + tree.getPath(i));
+  for (unsigned long i = 0; i < root.getItemCount(); ++i)
+    root.getItem(i)->setTemplate("t");
+  root.getKeyword("#k")->setTemplate("t");
+  EXPECT_EQ(tell(root), paths);
 }
 
 TEST_F(RewriteGuardTest, PointsToTheItemAndItsValue) {

@@ -3,11 +3,12 @@
 
 #include "RewriteText.h"
 
-#include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <unordered_map>
 #include <vector>
 
@@ -63,12 +64,13 @@ class ItemPaths {
 
   /// Such a name would be taken for one that is counted.
   static bool endsInOrdinal(std::string_view name) {
-    if (!name.ends_with(']')) return false;
     const std::size_t bracket = name.rfind('[');
-    if (bracket == std::string_view::npos || bracket == 0) return false;
+    if (!name.ends_with(']') || bracket == std::string_view::npos || bracket == 0) return false;
     const std::string_view digits = name.substr(bracket + 1, name.size() - bracket - 2);
-    const bool isNumber = digits.find_first_not_of("0123456789") == std::string_view::npos;
-    return isNumber && digits.find_first_not_of('0') != std::string_view::npos;
+    const char* end = digits.data() + digits.size();
+    unsigned long number = 0;
+    const std::from_chars_result result = std::from_chars(digits.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end && number > 0;
   }
 
   const std::vector<RewritePart>& parts;
