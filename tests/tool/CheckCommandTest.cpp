@@ -409,6 +409,19 @@ TEST(CheckCompressedTest, OtherMarkersJoinLinesWhereTheFileHasOnesThatKeepThem) 
   EXPECT_EQ(runTool({"check", path}), (Result{0, "", ""}));
 }
 
+TEST(CheckCompressedTest, BackslashesJoinLinesInAnyFile) {
+  const TemporaryFolder folder;
+  const std::string path = folder.writeCompressed("a.cfg", "a 1\\\n2\\\n");
+  EXPECT_EQ(runTool({"check", path}), (Result{0, "", ""}));
+}
+
+TEST(CheckCompressedTest, ALineWithoutAMarkerAmongJoinedOnesIsAFinding) {
+  const TemporaryFolder folder;
+  const WorkingDirectory inside(folder.getPath());
+  folder.writeCompressed("a.cfg", "a 1\\\n2 \nb 22\\\n");
+  EXPECT_THAT(runTool({"check", "a.cfg"}).output, StartsWith("a.cfg:2:2: warning:"));
+}
+
 TEST(CheckCompressedTest, ALastLineWithoutALineFeedLosesTwoBytes) {
   const TemporaryFolder folder;
   const WorkingDirectory inside(folder.getPath());

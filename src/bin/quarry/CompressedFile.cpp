@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::string_view SIGNATURE = "\x1F\x8B";
 constexpr std::string_view KEPT_LINE_END = "$\n";
+constexpr std::string_view JOINED_LINE_END = "\\\n";
 constexpr std::size_t LOST_SIZE = 2;
 
 /// Only regular files are probed: opening a FIFO or a device could block.
@@ -81,7 +82,8 @@ std::optional<LostBytes> findLostBytes(const std::string& name) {
       hasMarker = true;
       continue;
     }
-    if (!withoutMarker) withoutMarker = parts.describeLoss();
+    const bool isJoined = part.ends_with(JOINED_LINE_END);
+    if (!isJoined && !withoutMarker) withoutMarker = parts.describeLoss();
     const bool isCut = part.size() < LOST_SIZE || part.back() != '\n';
     if (isCut && !withoutLineFeed) withoutLineFeed = parts.describeLoss();
   }

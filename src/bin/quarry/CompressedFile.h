@@ -20,7 +20,8 @@ struct LostBytes {
 /// one.
 ///
 /// A marker that is not '$' joins a line with the next. Whether the byte before a line feed is one
-/// cannot be told from a single line: it is taken for one in a file that has a '$' elsewhere.
+/// cannot be told from a single line: a backslash is taken for one, and any byte in a file that has
+/// a '$' elsewhere.
 ///
 /// @param name as documents are found by
 /// @return nothing for a file that is not compressed, or loses nothing
