@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
 
 namespace Quarry {
 
@@ -50,19 +51,57 @@ void SourceDocument::setText(const std::string& path, const std::string& standIn
   texts[path] = standIn;
 }
 
-bool SourceDocument::read(const std::string& name) { return readTop(name, std::string()); }
+void SourceDocument::dropText(const std::string& path) { texts.erase(path); }
+
+const std::string* SourceDocument::findText(const std::string& path) const {
+  const auto found = texts.find(path);
+  return found != texts.end() ? &found->second : nullptr;
+}
+
+void SourceDocument::copySettings(const SourceDocument& other) {
+  searchPaths = other.searchPaths;
+  limits = other.limits;
+  texts = other.texts;
+  topName = other.topName;
+  topPath = other.topPath;
+}
+
+void SourceDocument::swap(SourceDocument& other) noexcept {
+  std::swap(searchPaths, other.searchPaths);
+  std::swap(limits, other.limits);
+  std::swap(texts, other.texts);
+  std::swap(topName, other.topName);
+  std::swap(topPath, other.topPath);
+  std::swap(files, other.files);
+  std::swap(openings, other.openings);
+  std::swap(runs, other.runs);
+  std::swap(runsInFiles, other.runsInFiles);
+  std::swap(marks, other.marks);
+  std::swap(text, other.text);
+  std::swap(version, other.version);
+  std::swap(diagnostics, other.diagnostics);
+  std::swap(messages, other.messages);
+}
+
+bool SourceDocument::read(const std::string& name) {
+  topName = name;
+  topPath.clear();
+  return readAgain();
+}
 
 bool SourceDocument::readText(const std::string& path, const std::string& topText) {
   setText(path, topText);
-  return readTop(path, path);
+  topName = path;
+  topPath = path;
+  return readAgain();
 }
 
-bool SourceDocument::readTop(const std::string& name, const std::string& topPath) {
+bool SourceDocument::readAgain() {
   clear();
   try {
-    preprocess(name, topPath);
+    preprocess();
     orderRuns();
-    return version > 0.0 && parse(name);
+    return version > 0.0 && parse();
   } catch (...) {
     clear();
     throw;
@@ -82,13 +121,13 @@ void SourceDocument::clear() {
 }
 
 /// As ParserFile::read(), which finds a file under its own name when no search path has it.
-void SourceDocument::preprocess(const std::string& name, const std::string& topPath) {
+void SourceDocument::preprocess() {
   std::vector<std::string> paths = searchPaths;
   paths.emplace_back();
   SourceCollector collector(*this);
   Preprocessor preprocessor(paths, collector, limits, StandInFiles(texts, topPath));
   try {
-    version = preprocessor.process(name);
+    version = preprocessor.process(topName);
   } catch (const std::out_of_range&) {
     collector.badCompressedLine();
     version = 0.0;
@@ -104,12 +143,12 @@ void SourceDocument::orderRuns() {
   });
 }
 
-bool SourceDocument::parse(const std::string& name) {
+bool SourceDocument::parse() {
   ParserWordStream words(text, version);
   DiagnosticCollector collector(*this);
   TextParser(words, collector, limits.nestingDepth).parse();
   return !collector.reportLeftOut(
-      Messages::limitExceeded(name, NESTING_LIMIT, limits.nestingDepth));
+      Messages::limitExceeded(topName, NESTING_LIMIT, limits.nestingDepth));
 }
 
 // --- Files ---------------------------------------------------------------------------------------

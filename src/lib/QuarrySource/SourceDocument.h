@@ -83,6 +83,19 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   /// @param path the search path and the name, as the file would be found
   void setText(const std::string& path, const std::string& text);
 
+  /// Lets a file speak for itself again.
+  void dropText(const std::string& path);
+
+  /// Returns the text that stands in for a file; null where none does. Good until it is replaced.
+  const std::string* findText(const std::string& path) const;
+
+  /// Takes over what decides what readAgain() reads: search paths, limits, texts that stand in, and
+  /// the name of the top file.
+  void copySettings(const SourceDocument& other);
+
+  /// Exchanges everything with another document.
+  void swap(SourceDocument& other) noexcept;
+
   /// Reads a document and everything that it includes.
   /// @param name of the top file
   /// @return what ParserFile::read() would: false when a file cannot be read, a limit is exceeded
@@ -94,6 +107,9 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   /// @param topText up to its first zero byte
   /// @return as read()
   bool readText(const std::string& path, const std::string& topText);
+
+  /// Reads once more what was read last, in the same way.
+  bool readAgain();
 
   // --- Files -----------------------------------------------------------------------------------
 
@@ -183,9 +199,8 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   };
 
   void clear();
-  bool readTop(const std::string& name, const std::string& topPath);
-  void preprocess(const std::string& name, const std::string& topPath);
-  bool parse(const std::string& name);
+  void preprocess();
+  bool parse();
   void orderRuns();
   const Run* findRun(unsigned long offset) const;
 
@@ -193,6 +208,8 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   ParserLimits limits;
   std::map<std::string, std::string> texts;  ///< that stand in for files, by path
 
+  std::string topName;
+  std::string topPath;  ///< of a top file that is not to be looked for; empty otherwise
   std::vector<std::unique_ptr<SourceFile>> files;
   std::vector<Opening> openings;
   std::vector<Run> runs;                   ///< in the order of the text
