@@ -1,0 +1,162 @@
+/// Edits a document where it stands, and changes nothing but what is asked for.
+#pragma once
+
+#include <QuarrySource/Export.h>
+#include <QuarrySource/SourceDocument.h>
+#include <QuarrySource/SourceLiteral.h>
+#include <QuarrySource/SourceTree.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Quarry {
+
+class EditCheck;
+class TreeEvents;
+struct NewItem;
+struct SourceEdit;
+struct TreeEvent;
+
+/// Where a new item goes within its group.
+struct SourcePlacement {
+  enum Side { AT_END, BEFORE, BEHIND };
+
+  Side side = AT_END;
+  std::string sibling{};  ///< the path of the item beside it
+
+  static SourcePlacement atEnd() { return {}; }
+  static SourcePlacement before(const std::string& path) { return {BEFORE, path}; }
+  static SourcePlacement behind(const std::string& path) { return {BEHIND, path}; }
+};
+
+/// Replaces, adds, removes and renames items and values of a document by their paths (see
+/// SourceTree). Comments, layout, includes and the spelling of everything else stay byte for byte,
+/// in whichever file the item stands.
+///
+/// ```cpp
+/// Quarry::SourceDocument document;
+/// document.read("harbor.cfg");
+/// Quarry::SourceEditor editor(document);
+/// const bool done = editor.setValue("size#1", Quarry::SourceLiteral::makeInt(1280)) &&
+///                   editor.addItem("camera", "note", {Quarry::SourceLiteral::parse("\"wide\"")})
+///                   && editor.save();
+/// if (!done) std::cerr << editor.getProblem() << "\n";
+/// ```
+///
+/// Every edit is tried on a copy first, which is read anew: the edit is made when the copy holds
+/// what was asked for, no more and no less, and draws no message that the document does not draw.
+/// Otherwise it is refused with a reason, and nothing has changed.
+///
+/// After an edit the document is the new one, with the changed files' texts standing in for the
+/// files until they are saved, and its tree is a new one too. What they handed out before is no
+/// longer good; neither may the document be read again while it has an editor.
+///
+/// An edit takes time in proportion to the document. Throws `std::bad_alloc` when memory runs out;
+/// nothing has changed then.
+class QUARRYSOURCE_EXPORT SourceEditor {
+ public:
+  /// @param edited a document that was read; it has to outlive the editor
+  explicit SourceEditor(SourceDocument& edited);
+  SourceEditor(const SourceEditor&) = delete;
+  SourceEditor& operator=(const SourceEditor&) = delete;
+  ~SourceEditor();
+
+  const SourceDocument& getDocument() const { return document; }
+  const SourceTree& getTree() const { return *tree; }
+
+  /// Returns why the last edit was refused, or saving failed; empty where it was not.
+  const std::string& getProblem() const { return problem; }
+
+  // --- Values ------------------------------------------------------------------------------------
+  //
+  // All of these return whether the edit was made. A value that has the data of the literal already
+  // keeps its spelling, unless the literal is a word that a person typed.
+
+  /// Sets all values of an item: those that are there in their places, and further ones behind
+  /// them, spaced like the last two; what is too much goes from the end. No literals leave
+  /// `<empty>`, an empty argument list, or a group without values.
+  bool setValues(const std::string& path, const std::vector<SourceLiteral>& literals);
+
+  /// Sets one value: `size#2`, or `title` for the only one.
+  bool setValue(const std::string& path, const SourceLiteral& literal);
+
+  /// Adds a value behind those of an item, or in the place of `<empty>`.
+  bool addValue(const std::string& path, const SourceLiteral& literal);
+
+  /// Removes one value, with its comma; the only one as setValues() does without literals.
+  bool removeValue(const std::string& path);
+
+  // --- Items -------------------------------------------------------------------------------------
+  //
+  // A new item goes on a line of its own, indented like its siblings; in a group that stands on one
+  // line it goes there. At the end of the root it goes to the end of the top file.
+
+  /// Adds a plain item, or a keyword for a name with a `#`. Without literals it is `<empty>`.
+  /// @param parent the path of the group; empty for the root
+  bool addItem(const std::string& parent, const std::string& name,
+               const std::vector<SourceLiteral>& literals,
+               const SourcePlacement& placement = SourcePlacement());
+
+  /// Adds an item with an empty group.
+  bool addGroup(const std::string& parent, const std::string& name,
+                const SourcePlacement& placement = SourcePlacement());
+
+  /// Adds a call; the literals are its arguments.
+  bool addCall(const std::string& parent, const std::string& name,
+               const std::vector<SourceLiteral>& literals,
+               const SourcePlacement& placement = SourcePlacement());
+
+  /// Removes an item with all that is in it, and its lines where nothing else stands on them.
+  bool removeItem(const std::string& path);
+
+  /// Gives an item another name.
+  bool renameItem(const std::string& path, const std::string& name);
+
+  // --- Files -------------------------------------------------------------------------------------
+
+  /// Returns the new texts of the files that edits have changed, by path.
+  const std::map<std::string, std::string>& getChangedTexts() const { return changedTexts; }
+
+  /// Writes the changed files, each as ParserFile::save() does. A file that has changed on the disk
+  /// since it was read is not overwritten.
+  /// @return whether all are written; files that are stay so when a later one fails
+  bool save();
+
+ private:
+  /// A changed file as it was when it was read.
+  struct Stored {
+    std::string text;
+    bool isStandIn;  ///< the text did not come from the disk
+  };
+
+  bool refuse(const std::string& reason);
+  bool begin();
+  bool acceptLiterals(const std::vector<SourceLiteral>& literals);
+  bool findItem(const std::string& path, unsigned long& item);
+  bool findValue(const std::string& path, unsigned long& item, unsigned long& value);
+  bool findGroup(const std::string& path, unsigned long& item);
+  bool isEmptyItem(unsigned long item) const;
+  bool isKept(const SourceValue& value, const SourceLiteral& literal) const;
+  SourceEdit startValueEdit(unsigned long item) const;
+  bool replaceValue(unsigned long item, unsigned long value, const SourceLiteral& literal);
+  bool changeValues(unsigned long item, const std::vector<SourceLiteral>& literals);
+  bool appendValue(unsigned long item, const SourceLiteral& literal);
+  bool insert(const std::string& parentPath, const SourcePlacement& placement,
+              const TreeEvent& event, const std::vector<SourceLiteral>& literals);
+  bool placeItem(unsigned long parent, const SourcePlacement& placement, const NewItem& added,
+                 SourceEdit& edit, unsigned long& itemsBefore);
+  bool make(const SourceEdit& edit);
+  void accept(EditCheck& check);
+  bool saveFile(const std::string& path, const std::string& text);
+
+  SourceDocument& document;
+  std::unique_ptr<SourceTree> tree;
+  std::unique_ptr<TreeEvents> events;
+  std::string problem;
+  std::map<std::string, std::string> changedTexts;
+  std::map<std::string, Stored> storedTexts;  ///< of the changed files
+};
+
+}  // namespace Quarry

@@ -1,0 +1,115 @@
+#include "EditReasons.h"
+
+#include <Quarry/internal/FileAccess.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
+namespace Quarry {
+
+namespace {
+
+constexpr double FIRST_VERSION_WITH_ESCAPES = 1.1;
+constexpr const char* MARKERS[] = {"#include \"", "#SerialVersion "};
+constexpr std::string_view COMPRESSED = "\x1F\x8B";
+constexpr char FINAL_BACKSLASH[] =
+    "a string that ends in a backslash has to stand at the end of its line";
+constexpr std::string_view QUOTE_BEHIND_BACKSLASH = "\\\"";
+
+unsigned long count(std::string_view text, std::string_view wanted) {
+  unsigned long found = 0;
+  for (std::size_t at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at))
+    ++found, at += wanted.size();
+  return found;
+}
+
+std::string readBytes(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// Returns the path by which a file is told from all others, also one that is not there.
+std::string getTruePath(const std::string& path) {
+  const std::string resolved = resolvePath(path);
+  return resolved.empty() ? std::filesystem::path(path).lexically_normal().string() : resolved;
+}
+
+/// Returns another path under which the document has the same file.
+std::string findOtherPath(const SourceDocument& document, const SourceFile& file) {
+  const std::string truePath = getTruePath(file.getPath());
+  for (unsigned long i = 0; i < document.getFileCount(); ++i) {
+    const std::string& other = document.getFile(i).getPath();
+    if (other != file.getPath() && getTruePath(other) == truePath) return other;
+  }
+  return std::string();
+}
+
+}  // namespace
+
+std::string EditReasons::explain(const FileChanges& changes) const {
+  for (const SourceEdit::NewValue& value : edit.newValues) {
+    std::string reason = explainLiteral(value.literal);
+    if (!reason.empty()) return reason;
+  }
+  for (const FileChange& change : changes) {
+    const SourceFile& file = document.getFileOf(change.opening);
+    std::string reason = explainFile(file.getPath());
+    if (!reason.empty()) return reason;
+    const std::string_view before = std::string_view(file.getText()).substr(0, change.begin);
+    if (before.ends_with(QUOTE_BEHIND_BACKSLASH)) return FINAL_BACKSLASH;
+  }
+  return std::string();
+}
+
+std::string EditReasons::explainLiteral(const SourceLiteral& literal) const {
+  const std::string word = literal.getSpelling(document.getVersion());
+  const bool hasEscapes = !(document.getVersion() < FIRST_VERSION_WITH_ESCAPES);
+  if (word.find('\0') != std::string::npos) return "a document cannot hold a zero byte";
+  if (literal.getType() != ParserValue::TYPE_STRING) return std::string();
+  if (word.find_first_of("\r\n") != std::string::npos) {
+    return "a string cannot hold a line break in format 1.0";
+  }
+  const bool hasQuote = word.find('"', 1) < word.size() - 1;
+  if (hasQuote && !hasEscapes) return "a string cannot hold a double quote in format 1.0";
+  return word.ends_with(QUOTE_BEHIND_BACKSLASH) ? FINAL_BACKSLASH : std::string();
+}
+
+std::string EditReasons::explainFile(const std::string& path) const {
+  unsigned long openingCount = 0;
+  for (unsigned long i = 0; i < document.getOpeningCount(); ++i) {
+    if (document.getFileOf(i).getPath() == path) ++openingCount;
+  }
+  if (openingCount < 2) return std::string();
+  return "'" + path + "' is included " + std::to_string(openingCount) +
+         " times, and the edit would change all of them";
+}
+
+std::string findStorageProblem(const SourceDocument& document, const SourceFile& file) {
+  const std::string& path = file.getPath();
+  const std::string other = findOtherPath(document, file);
+  if (!other.empty()) return "'" + path + "' and '" + other + "' are the same file";
+  const std::string* standIn = document.findText(path);
+  const std::string bytes = standIn != nullptr ? *standIn : readBytes(path);
+  if (bytes == file.getText()) return std::string();
+  if (bytes.find('\0') == file.getText().size() && bytes.starts_with(file.getText())) {
+    return "'" + path + "' holds a zero byte; what is behind it is not read";
+  }
+  if (standIn == nullptr && bytes.starts_with(COMPRESSED)) return "'" + path + "' is compressed";
+  return "'" + path + "' has changed since it was read";
+}
+
+bool holdsBytes(const std::string& path, const std::string& bytes) {
+  return readBytes(path) == bytes;
+}
+
+std::string findNewMarker(const std::string& before, const std::string& after) {
+  for (const char* marker : MARKERS) {
+    if (count(after, marker) > count(before, marker)) return marker;
+  }
+  return std::string();
+}
+
+}  // namespace Quarry
