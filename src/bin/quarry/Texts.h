@@ -152,4 +152,22 @@ inline std::string cannotFormatAlike(const std::string& name) {
   return cannotFormat(name, "it would not read as before");
 }
 
+// --- Editing -------------------------------------------------------------------------------------
+
+inline std::string editRefused(const std::string& problem) {
+  return "Nothing was changed: " + problem + ".";
+}
+
+inline std::string changeIsElsewhere(const std::string& path) {
+  return "The change is in '" + path + "', which is included; without -o it is made there.";
+}
+
+inline std::string noSuchItem(const std::string& problem) {
+  return "No such item: " + problem + ".";
+}
+
+inline std::string oneValueIsNeeded() { return "A path that ends in #n takes one VALUE."; }
+
+inline std::string groupTakesNoValue() { return "A group takes no VALUE."; }
+
 }  // namespace Tool::Texts

@@ -16,7 +16,7 @@ namespace {
 using Tool::ExitStatus;
 
 constexpr char DESCRIPTION[] =
-    "Shows, searches and converts documents of named items with typed values.\n"
+    "Shows, checks, edits and converts documents of named items with typed values.\n"
     "\n"
     "Exit status: 0 fine, 1 the document drew warnings or nothing was found, 2 it cannot be read,\n"
     "the result cannot be written, or the command line is wrong.";
@@ -30,6 +30,10 @@ void addCommands(Tool::CommandTable& commands) {
   Tool::addExpandCommand(commands);
   Tool::addCheckCommand(commands);
   Tool::addFormatCommand(commands);
+  Tool::addSetCommand(commands);
+  Tool::addAddCommand(commands);
+  Tool::addRemoveCommand(commands);
+  Tool::addRenameCommand(commands);
   Tool::addRewriteCommand(commands);
   Tool::addEncodeCommand(commands);
   Tool::addDecodeCommand(commands);
