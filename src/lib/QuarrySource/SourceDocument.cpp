@@ -267,7 +267,7 @@ std::string SourceDocument::describe(const SourceDiagnostic& diagnostic) const {
 
 std::string SourceDocument::getMessage(const SourceDiagnostic& diagnostic) const {
   if (!diagnostic.isWarning) return describe(diagnostic);
-  const std::string sentence = describe(diagnostic) + "\n";
+  std::string sentence = describe(diagnostic) + "\n";
   if (diagnostic.line == 0 && isAboutFiles(diagnostic.rule)) return sentence;
   return Messages::atPlace(diagnostic.line, diagnostic.column) + sentence;
 }

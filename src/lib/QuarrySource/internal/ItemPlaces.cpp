@@ -93,7 +93,8 @@ std::vector<FileChanges> ItemPlaces::insertBehind(unsigned long item, const NewI
   const LineRest rest = layout.getRest(end.offset);
   if (rest.kind == LineRest::WORD) {
     const bool isBraceNext = endsGroup(sibling.parent, {end.opening, rest.begin});
-    if (!isBraceNext || isOnOneLine(sibling.parent)) ways.insert(end.offset, " " + onOneLine(added));
+    if (!isBraceNext || isOnOneLine(sibling.parent))
+      ways.insert(end.offset, " " + onOneLine(added));
   }
   std::vector<FileChanges> all = ways.get();
   append(all, insertOnLine(end, added, indentation));

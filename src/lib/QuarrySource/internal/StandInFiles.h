@@ -22,8 +22,9 @@ class StandInFiles {
   std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) {
     if (!topPath.empty()) return std::exchange(topPath, std::string());
     for (const std::string& searchPath : searchPaths) {
-      const bool needsSlash = !searchPath.empty() && searchPath.back() != '/';
-      const std::string path = searchPath + (needsSlash ? "/" : "") + name;
+      std::string path = searchPath;
+      if (!path.empty() && path.back() != '/') path += '/';
+      path += name;
       if (texts->count(path) > 0) return path;
       if (!locateFile({searchPath}, name).empty()) return path;
     }
