@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <ranges>
 #include <unordered_map>
 #include <utility>
 
