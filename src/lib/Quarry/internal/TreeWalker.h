@@ -42,6 +42,9 @@ class TreeWalker {
     run();
   }
 
+  /// Tells whether an item is written between fold markers where it is a group: nobody else can.
+  static bool isFolded(const ParserItem& item) { return item.folding; }
+
  private:
   /// A group that is being walked, and its current item.
   struct Level {
