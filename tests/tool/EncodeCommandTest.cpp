@@ -67,7 +67,7 @@ TEST(EncodeCommandTest, AnEmptyDocumentHasAnEmptyRoot) {
 TEST(EncodeCommandTest, ATerminalGetsNothing) {
   EXPECT_EQ(runOnTerminal({"encode", "-"}, "a 1"),
             (Result{2, "",
-                    "quarry: error: The binary form is not written to a terminal; name a file "
+                    "quarry: error: Binary data is not written to a terminal; name a file "
                     "with -o.\n"}));
 }
 

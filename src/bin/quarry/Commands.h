@@ -19,5 +19,8 @@ void addRenameCommand(CommandTable& commands);
 void addRewriteCommand(CommandTable& commands);
 void addEncodeCommand(CommandTable& commands);
 void addDecodeCommand(CommandTable& commands);
+void addConvertCommand(CommandTable& commands);
+void addPackCommand(CommandTable& commands);
+void addUnpackCommand(CommandTable& commands);
 
 }  // namespace Tool

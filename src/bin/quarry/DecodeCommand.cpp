@@ -1,6 +1,4 @@
 #include <Plinth/Console.h>
-#include <Plinth/Label.h>
-#include <Quarry/ParserWord.h>
 
 #include "CommandTable.h"
 #include "Commands.h"
@@ -8,89 +6,17 @@
 #include "Failure.h"
 #include "MemoryFile.h"
 #include "Texts.h"
+#include "TreeSpelling.h"
 
-#include <cmath>
 #include <memory>
 
 namespace Tool {
 
 using Quarry::ParserFile;
-using Quarry::ParserGroup;
-using Quarry::ParserItem;
-using Quarry::ParserValue;
-using Quarry::ParserWord;
 
 namespace {
 
-constexpr double WRITTEN_VERSION = 1.1;
-constexpr char VERSION_KEYWORD[] = "#SerialVersion";
 constexpr char INCLUDE[] = "#include \"";
-
-/// Copies a tree that came from binary data into one whose values bring their text along, so that
-/// numbers are written in digits, and whose items are plain ones or keywords by their names.
-///
-/// Groups that are still empty wait in a list: the depth takes memory, not stack.
-class Spelling {
- public:
-  static void copy(const ParserGroup& source, ParserGroup& target) {
-    Spelling spelling;
-    spelling.waiting.push_back({&source, &target});
-    while (!spelling.waiting.empty()) {
-      const Pair pair = spelling.waiting.back();
-      spelling.waiting.pop_back();
-      spelling.copyItems(*pair.source, *pair.target);
-    }
-  }
-
- private:
-  struct Pair {
-    const ParserGroup* source;
-    ParserGroup* target;
-  };
-
-  /// In a text, an item with the version's name declares the version, at any depth, and the library
-  /// declares it by itself.
-  void copyItems(const ParserGroup& source, ParserGroup& target) {
-    for (const ParserItem* item : source.getItems(std::string())) {
-      if (item->getName() != VERSION_KEYWORD) {
-        copyValues(*item, *target.addItem(item->getName(), 0, 0));
-      }
-    }
-  }
-
-  void copyValues(const ParserItem& source, ParserItem& target) {
-    for (unsigned long i = 0; i < source.getValueCount(); ++i)
-      copyValue(source, i, target);
-  }
-
-  /// Characters become integers: texts have no characters.
-  void copyValue(const ParserItem& source, unsigned long index, ParserItem& target) {
-    switch (source.getValueType(index)) {
-      case ParserValue::TYPE_GROUP:
-        waiting.push_back({source.getGroup(index), target.addGroup(nullptr)});
-        break;
-      case ParserValue::TYPE_BOOL: target.addBool(source.getBool(index)); break;
-      case ParserValue::TYPE_CHAR:
-      case ParserValue::TYPE_INT: target.addInt(source.getInt(index)); break;
-      case ParserValue::TYPE_DOUBLE: addDouble(source.getDouble(index), target); break;
-      case ParserValue::TYPE_STRING: target.addString(source.getString(index)); break;
-      case ParserValue::TYPE_BINARYDATA:
-        target.addBinaryData(source.getBinaryData(index), source.getBinaryDataSize(index));
-        break;
-      case ParserValue::TYPE_EMPTY: break;  // no binary document has one
-    }
-  }
-
-  /// Without its sign, infinity would be a name.
-  static void addDouble(double number, ParserItem& target) {
-    const std::string text = Plinth::getLabel(number);
-    const bool needsSign = !std::isfinite(number) && text.front() != '-';
-    const std::string spelled = needsSign ? "+" + text : text;
-    target.addWord(ParserWord(spelled, true, WRITTEN_VERSION), ParserValue::TYPE_DOUBLE);
-  }
-
-  std::vector<Pair> waiting;
-};
 
 void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
 
@@ -99,7 +25,7 @@ void readSpelled(const Document& document, ParserFile& spelled) {
   const std::size_t size = document.readBinary(file);
   const std::size_t understood = file.getBinary().size();
   if (understood != size) warn(Texts::brokenWithin(size, understood));
-  Spelling::copy(file.getRoot(), spelled.getRoot());
+  spellTree(file.getRoot(), spelled.getRoot());
 }
 
 /// Not every tree has a text that reads back as the same tree: the format has its traps. What a

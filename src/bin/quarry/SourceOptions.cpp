@@ -37,17 +37,35 @@ void SourceOptions::addTo(CLI::App* command) {
 }
 
 bool SourceOptions::read(SourceDocument& document, const std::string& file) const {
-  document.setSearchPaths(searchPaths);
-  if (!isUnlimited) document.setLimits(getDefaultLimits());
-  if (file == "-") return document.readText(standInName, readStandardInput());
+  if (file == "-") return readInput(document, readStandardInput());
+  prepare(document);
   return document.read(file);
+}
+
+bool SourceOptions::readInput(SourceDocument& document, const std::string& bytes) const {
+  prepare(document);
+  return document.readText(standInName, bytes);
 }
 
 void SourceOptions::readWhole(SourceDocument& document, const std::string& file) const {
   const bool isRead = read(document, file);
+  report(document, isRead, file == "-" ? standInName : file);
+}
+
+void SourceOptions::readWholeInput(SourceDocument& document, const std::string& bytes) const {
+  report(document, readInput(document, bytes), standInName);
+}
+
+void SourceOptions::prepare(SourceDocument& document) const {
+  document.setSearchPaths(searchPaths);
+  if (!isUnlimited) document.setLimits(getDefaultLimits());
+}
+
+/// Gives the warnings of a document, and throws where it was not read.
+void SourceOptions::report(const SourceDocument& document, bool isRead, const std::string& name) {
   for (const SourceDiagnostic& diagnostic : document.getDiagnostics())
     Plinth::console.warning(formatDiagnostic(document, diagnostic), std::string());
-  if (!isRead) throw Failure(Texts::cannotRead(file == "-" ? standInName : file));
+  if (!isRead) throw Failure(Texts::cannotRead(name));
 }
 
 std::string readStandardInput() {

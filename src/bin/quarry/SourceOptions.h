@@ -29,9 +29,19 @@ struct SourceOptions {
   /// read
   bool read(Quarry::SourceDocument& document, const std::string& file) const;
 
+  /// Reads a document whose bytes came from standard input.
+  bool readInput(Quarry::SourceDocument& document, const std::string& bytes) const;
+
   /// Reads a document that has to be readable: throws a Failure with the first reason otherwise.
   /// Warnings are given on Plinth::console, each with its place.
   void readWhole(Quarry::SourceDocument& document, const std::string& file) const;
+
+  /// Does the same with a document whose bytes came from standard input.
+  void readWholeInput(Quarry::SourceDocument& document, const std::string& bytes) const;
+
+ private:
+  void prepare(Quarry::SourceDocument& document) const;
+  static void report(const Quarry::SourceDocument& document, bool isRead, const std::string& name);
 };
 
 /// Returns everything that is on standard input. Throws a Failure when it cannot be read.

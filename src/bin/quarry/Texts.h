@@ -31,6 +31,10 @@ inline std::string cannotWrite(const std::string& name, const std::string& reaso
   return "Cannot write '" + name + "': " + reason + ".";
 }
 
+inline std::string cannotSave(const std::string& name, const std::string& reason) {
+  return "Cannot save '" + name + "': " + reason + ".";
+}
+
 inline std::string cannotWriteOutput(const std::string& reason) {
   return "Cannot write to standard output: " + reason + ".";
 }
@@ -58,7 +62,7 @@ inline std::string groupsLeftOut(unsigned long count) {
 // --- The binary form -----------------------------------------------------------------------------
 
 inline std::string noBinaryOnTerminal() {
-  return "The binary form is not written to a terminal; name a file with -o.";
+  return "Binary data is not written to a terminal; name a file with -o.";
 }
 
 inline std::string noBinaryDocument(const std::string& name) {
@@ -76,6 +80,48 @@ inline std::string textHoldsInclude() {
 }
 
 inline std::string textDiffers() { return "The text does not read back as the same document."; }
+
+// --- Converting ----------------------------------------------------------------------------------
+
+inline std::string cannotConvert(const std::string& name, const std::string& reason) {
+  return "Cannot convert '" + name + "': " + reason + ".";
+}
+
+inline std::string versionsLeftOut() {
+  return "Items '#SerialVersion' are left out: the text declares its own version.";
+}
+
+inline std::string dataDiffers() {
+  return "The data does not read back as the same document: a name or string has a zero byte.";
+}
+
+inline std::string tooLarge(const std::string& name, unsigned long limit) {
+  return cannotRead(name, "it has more than " + std::to_string(limit) +
+                              " bytes; --no-limits reads it nevertheless");
+}
+
+// --- Compressed documents ------------------------------------------------------------------------
+
+inline std::string alreadyPacked(const std::string& name) {
+  return "'" + name + "' is compressed already.";
+}
+
+inline std::string notPacked(const std::string& name) {
+  return cannotRead(name, "it is not compressed by gzip");
+}
+
+inline std::string damaged(const std::string& name) {
+  return cannotRead(name, "the compressed data is damaged");
+}
+
+inline std::string zeroByte(const std::string& name, unsigned long line) {
+  return "Cannot pack '" + name + "': line " + std::to_string(line) +
+         " has a zero byte, where a document ends.";
+}
+
+inline std::string noLineMarkers(const std::string& name) {
+  return "'" + name + "' was compressed without line markers; it is read with bytes missing.";
+}
 
 // --- Finding -------------------------------------------------------------------------------------
 

@@ -37,6 +37,9 @@ void addCommands(Tool::CommandTable& commands) {
   Tool::addRewriteCommand(commands);
   Tool::addEncodeCommand(commands);
   Tool::addDecodeCommand(commands);
+  Tool::addConvertCommand(commands);
+  Tool::addPackCommand(commands);
+  Tool::addUnpackCommand(commands);
 }
 
 /// Writes what was asked for, help or the version, or throws what is wrong with the command line.
