@@ -6,7 +6,9 @@ namespace Tool {
 class CommandTable;
 
 void addTreeCommand(CommandTable& commands);
+void addListCommand(CommandTable& commands);
 void addFindCommand(CommandTable& commands);
+void addDiffCommand(CommandTable& commands);
 void addExplainCommand(CommandTable& commands);
 void addWordsCommand(CommandTable& commands);
 void addExpandCommand(CommandTable& commands);

@@ -29,7 +29,9 @@ const char* getColor(Style style) {
     case Style::BOOL: return "\033[33m";
     case Style::BINARY: return "\033[35m";
     case Style::MARK: return "\033[2m";
-    case Style::ODD: return "\033[31m";
+    case Style::ODD:
+    case Style::REMOVED: return "\033[31m";
+    case Style::ADDED: return "\033[32m";
   }
   return PLAIN;
 }

@@ -9,7 +9,20 @@ namespace Tool {
 enum class ColorChoice { AUTO, ALWAYS, NEVER };
 
 /// What a piece of text is, as far as colours go.
-enum class Style { NAME, KEYWORD, CALL, TYPE, NUMBER, STRING, BOOL, BINARY, MARK, ODD };
+enum class Style {
+  NAME,
+  KEYWORD,
+  CALL,
+  TYPE,
+  NUMBER,
+  STRING,
+  BOOL,
+  BINARY,
+  MARK,
+  ODD,
+  ADDED,
+  REMOVED
+};
 
 /// Writes to standard output and notices every failure to do so.
 ///

@@ -123,6 +123,18 @@ inline std::string noLineMarkers(const std::string& name) {
   return "'" + name + "' was compressed without line markers; it is read with bytes missing.";
 }
 
+// --- Paths ---------------------------------------------------------------------------------------
+
+inline std::string noSuchItem(const std::string& problem) {
+  return "No such item: " + problem + ".";
+}
+
+inline std::string isValue(const std::string& path) {
+  return "'" + path + "' is a value; name its item.";
+}
+
+inline std::string standardInputTwice() { return "Only one document can be standard input."; }
+
 // --- Finding -------------------------------------------------------------------------------------
 
 inline std::string badPattern(const std::string& pattern) {

@@ -24,7 +24,9 @@ constexpr char DESCRIPTION[] =
 /// In the order of the help.
 void addCommands(Tool::CommandTable& commands) {
   Tool::addTreeCommand(commands);
+  Tool::addListCommand(commands);
   Tool::addFindCommand(commands);
+  Tool::addDiffCommand(commands);
   Tool::addExplainCommand(commands);
   Tool::addWordsCommand(commands);
   Tool::addExpandCommand(commands);
