@@ -8,6 +8,7 @@ class CommandTable;
 void addTreeCommand(CommandTable& commands);
 void addListCommand(CommandTable& commands);
 void addFindCommand(CommandTable& commands);
+void addGetCommand(CommandTable& commands);
 void addDiffCommand(CommandTable& commands);
 void addExplainCommand(CommandTable& commands);
 void addWordsCommand(CommandTable& commands);

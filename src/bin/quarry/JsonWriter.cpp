@@ -49,19 +49,6 @@ std::string getStandardText(const ParserItem& item, unsigned long index) {
   }
 }
 
-void appendContent(std::string& out, const ParserItem& item, unsigned long index) {
-  switch (item.getValueType(index)) {
-    case ParserValue::TYPE_BOOL: out += item.getBool(index) ? "true" : "false"; break;
-    case ParserValue::TYPE_CHAR:
-    case ParserValue::TYPE_INT: out += getStandardText(item, index); break;
-    case ParserValue::TYPE_DOUBLE: appendJsonDouble(out, item.getDouble(index)); break;
-    case ParserValue::TYPE_STRING: appendJsonBytes(out, item.getString(index)); break;
-    default:
-      appendJsonBlock(out, {static_cast<const char*>(item.getBinaryData(index)),
-                            item.getBinaryDataSize(index)});
-  }
-}
-
 /// Appends type and value, without what closes them.
 void openValue(std::string& out, const ParserItem& item, unsigned long index) {
   const ParserValue::Type type = item.getValueType(index);
@@ -70,7 +57,7 @@ void openValue(std::string& out, const ParserItem& item, unsigned long index) {
   out += '"';
   if (type == ParserValue::TYPE_GROUP || type == ParserValue::TYPE_EMPTY) return;
   out += ",\"value\":";
-  appendContent(out, item, index);
+  appendJsonContent(out, item, index);
 }
 
 /// Appends the spelling of a value that has one of its own.
@@ -185,6 +172,19 @@ std::string writeJson(const ParserGroup& root, TreeOrigin origin) {
   JsonWriter writer(text, origin);
   Quarry::TreeWalker(writer).walkGroup(root, {});
   return text;
+}
+
+void appendJsonContent(std::string& out, const ParserItem& item, unsigned long index) {
+  switch (item.getValueType(index)) {
+    case ParserValue::TYPE_BOOL: out += item.getBool(index) ? "true" : "false"; break;
+    case ParserValue::TYPE_CHAR:
+    case ParserValue::TYPE_INT: out += getStandardText(item, index); break;
+    case ParserValue::TYPE_DOUBLE: appendJsonDouble(out, item.getDouble(index)); break;
+    case ParserValue::TYPE_STRING: appendJsonBytes(out, item.getString(index)); break;
+    default:
+      appendJsonBlock(out, {static_cast<const char*>(item.getBinaryData(index)),
+                            item.getBinaryDataSize(index)});
+  }
 }
 
 void appendJsonValue(std::string& out, const ParserItem& item, unsigned long index) {

@@ -20,6 +20,9 @@ enum class TreeOrigin {
 /// memory, not stack.
 std::string writeJson(const Quarry::ParserGroup& root, TreeOrigin origin);
 
+/// Appends a value that is no group, without its type: 1, true, "text", {"base64":"..."}.
+void appendJsonContent(std::string& out, const Quarry::ParserItem& item, unsigned long index);
+
 /// Appends a value of an item: {"type":"int","value":1}. A group is {"type":"group"}.
 void appendJsonValue(std::string& out, const Quarry::ParserItem& item, unsigned long index);
 

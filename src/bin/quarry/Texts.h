@@ -129,6 +129,10 @@ inline std::string noSuchItem(const std::string& problem) {
   return "No such item: " + problem + ".";
 }
 
+inline std::string isGroup(const std::string& path) {
+  return "'" + path + "' is a group; quarry list shows its items.";
+}
+
 inline std::string isValue(const std::string& path) {
   return "'" + path + "' is a value; name its item.";
 }
@@ -218,10 +222,6 @@ inline std::string editRefused(const std::string& problem) {
 
 inline std::string changeIsElsewhere(const std::string& path) {
   return "The change is in '" + path + "', which is included; without -o it is made there.";
-}
-
-inline std::string noSuchItem(const std::string& problem) {
-  return "No such item: " + problem + ".";
 }
 
 inline std::string oneValueIsNeeded() { return "A path that ends in #n takes one VALUE."; }

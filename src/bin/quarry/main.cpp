@@ -26,6 +26,7 @@ void addCommands(Tool::CommandTable& commands) {
   Tool::addTreeCommand(commands);
   Tool::addListCommand(commands);
   Tool::addFindCommand(commands);
+  Tool::addGetCommand(commands);
   Tool::addDiffCommand(commands);
   Tool::addExplainCommand(commands);
   Tool::addWordsCommand(commands);
