@@ -66,6 +66,30 @@ TEST(CommandLineTest, HelpOfExplainHasAnExample) {
   checkHelp({"explain", "--help"}, "quarry explain layers.cfg:3:1 project.cfg");
 }
 
+TEST(CommandLineTest, HelpOfFormatHasAnExample) {
+  checkHelp({"format", "--help"}, "quarry format --check *.cfg || echo some are not formatted");
+}
+
+TEST(CommandLineTest, HelpOfSetHasAnExample) {
+  checkHelp({"set", "--help"}, "quarry set project.cfg 'scene/layer[2]/position#1' -3.5");
+}
+
+TEST(CommandLineTest, HelpOfAddHasAnExample) {
+  checkHelp({"add", "--help"}, "quarry add --call project.cfg scene/blur 4 yes");
+}
+
+TEST(CommandLineTest, HelpOfRemoveTellsItsExitStatuses) {
+  checkHelp({"remove", "--help"}, "Exit status: 0 removed, 1 there is no such item");
+}
+
+TEST(CommandLineTest, HelpOfRenameHasAnExample) {
+  checkHelp({"rename", "--help"}, "quarry rename project.cfg camera/fov angle");
+}
+
+TEST(CommandLineTest, HelpListsTheCommandsThatEditTogether) {
+  checkHelp({"--help"}, "\nEdit:\n  set ");
+}
+
 TEST(CommandLineTest, ACommandIsNeeded) {
   checkRefused({}, "A command is missing; quarry --help tells more.");
 }
