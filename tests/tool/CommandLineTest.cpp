@@ -90,6 +90,30 @@ TEST(CommandLineTest, HelpListsTheCommandsThatEditTogether) {
   checkHelp({"--help"}, "\nEdit:\n  set ");
 }
 
+TEST(CommandLineTest, HelpOfListHasAnExample) {
+  checkHelp({"list", "--help"}, "quarry list --null project.cfg | xargs -0 -n 1");
+}
+
+TEST(CommandLineTest, HelpOfGetTellsItsExitStatuses) {
+  checkHelp({"get", "--help"}, "Exit status: 0 found, or a default was given");
+}
+
+TEST(CommandLineTest, HelpOfDiffHasAnExample) {
+  checkHelp({"diff", "--help"}, "git show HEAD:project.cfg | quarry diff - project.cfg");
+}
+
+TEST(CommandLineTest, HelpOfConvertHasAnExample) {
+  checkHelp({"convert", "--help"}, "quarry convert --to object project.cfg | jq .title");
+}
+
+TEST(CommandLineTest, HelpOfPackHasAnExample) {
+  checkHelp({"pack", "--help"}, "quarry pack project.cfg -o project.cfg.gz");
+}
+
+TEST(CommandLineTest, HelpOfUnpackHasAnExample) {
+  checkHelp({"unpack", "--help"}, "quarry unpack project.cfg.gz | less");
+}
+
 TEST(CommandLineTest, ACommandIsNeeded) {
   checkRefused({}, "A command is missing; quarry --help tells more.");
 }
