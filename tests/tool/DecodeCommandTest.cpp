@@ -282,7 +282,9 @@ TEST(DecodeCommandTest, AFolderIsNoDocument) {
 TEST(DecodeCommandTest, ATargetThatCannotBeOpenedIsNamed) {
   EXPECT_EQ(runTool({"decode", "-", "-o", "/nowhere/a.cfg"}, makeDocument({})),
             (Result{2, "",
-                    "quarry: error: Cannot write '/nowhere/a.cfg': No such file or directory.\n"}));
+                    "quarry: error: Cannot save '/nowhere/a.cfg': cannot open the folder of "
+                    "'/nowhere/a.cfg': "
+                    "No such file or directory.\n"}));
 }
 
 TEST(DecodeCommandTest, ATerminalGetsAnEscapedText) {

@@ -101,7 +101,9 @@ TEST(EncodeCommandTest, TheTargetIsLeftAloneWhenReadingFails) {
 TEST(EncodeCommandTest, ATargetThatCannotBeOpenedIsNamed) {
   EXPECT_EQ(runTool({"encode", "-", "-o", "/nowhere/a.qdb"}, "a 1"),
             (Result{2, "",
-                    "quarry: error: Cannot write '/nowhere/a.qdb': No such file or directory.\n"}));
+                    "quarry: error: Cannot save '/nowhere/a.qdb': cannot open the folder of "
+                    "'/nowhere/a.qdb': "
+                    "No such file or directory.\n"}));
 }
 
 TEST(EncodeCommandTest, ATargetOnAFullDiskIsNamed) {

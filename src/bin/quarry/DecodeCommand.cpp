@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "Document.h"
 #include "Failure.h"
+#include "FileBytes.h"
 #include "MemoryFile.h"
 #include "Texts.h"
 #include "TreeSpelling.h"
@@ -43,11 +44,7 @@ void decode(const Document& document, const std::string& target, Output& output)
   if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(target));
   const std::string text = copy.read();
   checkText(text, copy.getPath(), file);
-  if (target == "-") {
-    output.writeText(text);
-  } else {
-    writeFile(target, text);
-  }
+  writeText(target, text, output);
 }
 
 struct DecodeOptions : DocumentOptions {

@@ -3,6 +3,7 @@
 #include <Plinth/Console.h>
 
 #include "Failure.h"
+#include "FileBytes.h"
 #include "Output.h"
 #include "Texts.h"
 
@@ -27,10 +28,9 @@ void writeElsewhere(const EditOptions& options, const SourceEditor& editor) {
   for (const auto& [path, text] : editor.getChangedTexts()) {
     if (path != top) throw Failure(Texts::changeIsElsewhere(path));
   }
-  const std::string& text = editor.getDocument().getFileOf(0).getText();
-  if (options.target != "-" && !options.target.empty()) return writeFile(options.target, text);
   Output output(ColorChoice::NEVER);
-  output.writeText(text);
+  writeText(options.target.empty() ? "-" : options.target,
+            editor.getDocument().getFileOf(0).getText(), output);
   output.flush();
 }
 

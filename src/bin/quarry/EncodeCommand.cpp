@@ -1,30 +1,19 @@
-#include <unistd.h>
-
 #include "CommandTable.h"
 #include "Commands.h"
 #include "Document.h"
-#include "Failure.h"
-#include "Texts.h"
+#include "FileBytes.h"
 
 #include <memory>
-#include <string_view>
 
 namespace Tool {
 
 namespace {
 
 void encode(const Document& document, const std::string& target, Output& output) {
-  const bool toStandardOutput = target == "-";
-  if (toStandardOutput && isatty(STDOUT_FILENO) == 1) throw Failure(Texts::noBinaryOnTerminal());
   Quarry::ParserFile file;
   document.read(file);
   const std::vector<char> data = file.getBinary();
-  const std::string_view bytes(data.data(), data.size());
-  if (toStandardOutput) {
-    output.write(bytes);
-  } else {
-    writeFile(target, bytes);
-  }
+  writeData(target, {data.data(), data.size()}, output);
 }
 
 struct EncodeOptions : DocumentOptions {
