@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <ranges>
 #include <unordered_map>
 #include <utility>
 
@@ -78,10 +77,11 @@ std::string SourceTree::getPath(unsigned long item) const {
   std::vector<unsigned long> steps;
   for (; item != NOWHERE; item = items[item].parent)
     steps.push_back(item);
+  std::reverse(steps.begin(), steps.end());
   std::string path;
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+  for (const unsigned long step : steps) {
     if (!path.empty()) path += '/';
-    path += getStep(*step);
+    path += getStep(step);
   }
   return path;
 }
