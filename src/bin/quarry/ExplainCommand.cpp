@@ -7,6 +7,7 @@
 #include "SourceLocation.h"
 #include "SourceOptions.h"
 #include "Texts.h"
+#include "TypeName.h"
 
 #include <algorithm>
 #include <array>
@@ -42,17 +43,6 @@ const char* getKindName(ParserItem::Type type) {
     case ParserItem::ITEM_KEYWORD: return "keyword";
     case ParserItem::ITEM_CALL: return "call";
     default: return "plain item";
-  }
-}
-
-const char* getTypeName(ParserValue::Type type) {
-  switch (type) {
-    case ParserValue::TYPE_BOOL: return "bool";
-    case ParserValue::TYPE_INT: return "int";
-    case ParserValue::TYPE_DOUBLE: return "double";
-    case ParserValue::TYPE_STRING: return "string";
-    case ParserValue::TYPE_BINARYDATA: return "binary";
-    default: return "empty";
   }
 }
 

@@ -1,21 +1,12 @@
 #include "ItemLine.h"
 
+#include "TypeName.h"
+
 namespace Tool {
 
 using Quarry::ParserValue;
 
 namespace {
-
-const char* getTypeName(ParserValue::Type type) {
-  switch (type) {
-    case ParserValue::TYPE_BOOL: return "bool";
-    case ParserValue::TYPE_INT: return "int";
-    case ParserValue::TYPE_DOUBLE: return "double";
-    case ParserValue::TYPE_STRING: return "string";
-    case ParserValue::TYPE_BINARYDATA: return "binary";
-    default: return "group";
-  }
-}
 
 Style getStyle(ParserValue::Type type) {
   switch (type) {

@@ -6,6 +6,7 @@
 
 #include "JsonNumber.h"
 #include "JsonText.h"
+#include "TypeName.h"
 
 #include <algorithm>
 
@@ -20,19 +21,6 @@ namespace {
 
 constexpr unsigned long BLANKS_A_LEVEL = 2;
 constexpr unsigned long DEEPEST_INDENTATION = 40;  ///< the blanks would be most of a deeper tree
-
-const char* getTypeName(ParserValue::Type type) {
-  switch (type) {
-    case ParserValue::TYPE_GROUP: return "group";
-    case ParserValue::TYPE_BOOL: return "bool";
-    case ParserValue::TYPE_CHAR: return "char";
-    case ParserValue::TYPE_INT: return "int";
-    case ParserValue::TYPE_DOUBLE: return "double";
-    case ParserValue::TYPE_STRING: return "string";
-    case ParserValue::TYPE_BINARYDATA: return "binary";
-    default: return "empty";
-  }
-}
 
 bool hasNumber(ParserValue::Type type) {
   return type >= ParserValue::TYPE_BOOL && type <= ParserValue::TYPE_DOUBLE;
