@@ -50,7 +50,7 @@ ExitStatus run(const AddOptions& options) {
 
 void addAddCommand(CommandTable& commands) {
   const auto options = std::make_shared<AddOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "add",
       {"Edit", "Adds an item and changes nothing else",
        "  quarry add project.cfg camera/fov 39.6\n"
@@ -64,14 +64,12 @@ void addAddCommand(CommandTable& commands) {
       [options](MessageLog&) { return run(*options); });
   options->addTo(command, "The path of the new item: its group's and its name");
   options->values.addTo(command);
-  CLI::Option* group = command->add_flag("--group", options->isGroup, "Add an empty group");
-  command->add_flag("--call", options->isCall, "Add a call; the values are its arguments")
-      ->excludes(group);
-  CLI::Option* before = command->add_option("--before", options->before, "Add it before an item")
-                            ->option_text("SIBLING");
-  command->add_option("--after", options->behind, "Add it behind an item")
-      ->option_text("SIBLING")
-      ->excludes(before);
+  const CommandOption group = command.addFlag("--group", options->isGroup, "Add an empty group");
+  command.addFlag("--call", options->isCall, "Add a call; the values are its arguments")
+      .exclude(group);
+  const CommandOption before =
+      command.addOption("--before", "SIBLING", options->before, "Add it before an item");
+  command.addOption("--after", "SIBLING", options->behind, "Add it behind an item").exclude(before);
 }
 
 }  // namespace Tool

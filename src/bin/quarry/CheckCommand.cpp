@@ -4,6 +4,7 @@
 #include "FindingWriter.h"
 #include "Progress.h"
 #include "RewriteFindings.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -104,33 +105,11 @@ ExitStatus run(const CheckOptions& options, MessageLog& log) {
   return counts.warnings > options.maxWarnings ? ExitStatus::FINDINGS : ExitStatus::FINE;
 }
 
-void addFormat(CLI::App* command, FindingFormat& format) {
-  const std::map<std::string, FindingFormat> formats = {{"text", FindingFormat::TEXT},
-                                                        {"json", FindingFormat::JSON},
-                                                        {"sarif", FindingFormat::SARIF},
-                                                        {"github", FindingFormat::GITHUB}};
-  const auto choose = [&format, formats](const std::string& word) { format = formats.at(word); };
-  command
-      ->add_option_function<std::string>("--format", choose,
-                                         "How findings are written: text, json, sarif, github")
-      ->check(CLI::IsMember(std::vector<std::string>{"text", "json", "sarif", "github"}))
-      ->option_text("FORMAT");
-}
-
-void addCount(CLI::App* command, const std::string& name, const std::string& description,
-              unsigned long& count) {
-  const auto findFault = [](const std::string& text) {
-    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
-    return isNumber ? std::string() : "'" + text + "' is no whole number";
-  };
-  command->add_option(name, count, description)->check(findFault)->option_text("N");
-}
-
 }  // namespace
 
 void addCheckCommand(CommandTable& commands) {
   const auto options = std::make_shared<CheckOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "check",
       {"Check", "Tells what is wrong in documents, each with its place",
        "  quarry check project.cfg scenes/*.cfg\n"
@@ -145,17 +124,21 @@ void addCheckCommand(CommandTable& commands) {
        "Exit status: 0 no more warnings than allowed, 1 more of them, 2 a document cannot be "
        "read."},
       [options](MessageLog& log) { return run(*options, log); });
-  command->add_option("FILE", options->files, "The documents; - for standard input")
-      ->required()
-      ->option_text("...");
-  addFormat(command, options->format);
-  addCount(command, "--max-warnings", "Exit with 0 for up to N warnings; 0 unless it is given",
-           options->maxWarnings);
-  command->add_flag("--rewrite", options->withRewrite,
-                    "Find what would not survive being written and read back, too");
-  addCount(command, "--limit", "Write no more than N findings; the others are only counted",
-           options->limit);
-  command->add_flag("-q,--quiet", options->quiet, "Write nothing; the exit status tells");
+  addFiles(command, options->files);
+  command.addChoice<FindingFormat>("--format", "FORMAT",
+                                   {{"text", FindingFormat::TEXT},
+                                    {"json", FindingFormat::JSON},
+                                    {"sarif", FindingFormat::SARIF},
+                                    {"github", FindingFormat::GITHUB}},
+                                   options->format,
+                                   "How findings are written: text, json, sarif, github");
+  command.addNumber("--max-warnings", options->maxWarnings,
+                    "Exit with 0 for up to N warnings; 0 unless it is given");
+  command.addFlag("--rewrite", options->withRewrite,
+                  "Find what would not survive being written and read back, too");
+  command.addNumber("--limit", options->limit,
+                    "Write no more than N findings; the others are only counted");
+  command.addFlag("-q,--quiet", options->quiet, "Write nothing; the exit status tells");
   options->source.addTo(command);
   addColor(command, options->color);
 }

@@ -1,16 +1,27 @@
 #include "CommandTable.h"
 
+#include <CLI/CLI.hpp>
+
 #include "Failure.h"
+#include "Output.h"
 #include "Texts.h"
 
+#include <map>
+#include <sstream>
 #include <utility>
 
 namespace Tool {
 
-// --- The table -----------------------------------------------------------------------------------
+namespace {
+
+constexpr char DESCRIPTION[] =
+    "Shows, checks, edits and converts documents of named items with typed values.\n"
+    "\n"
+    "Exit status: 0 fine, 1 the document drew warnings or nothing was found, 2 it cannot be read,\n"
+    "the result cannot be written, or the command line is wrong.";
 
 /// Shows the examples first: they are what most people look for.
-class CommandTable::HelpFormatter : public CLI::Formatter {
+class HelpFormatter : public CLI::Formatter {
  public:
   std::string make_description(const CLI::App* command) const override {
     const std::string description = Formatter::make_description(command);
@@ -22,73 +33,55 @@ class CommandTable::HelpFormatter : public CLI::Formatter {
   std::map<const CLI::App*, std::string> examples;
 };
 
-CommandTable::CommandTable(CLI::App& program)
-    : app(program), formatter(std::make_shared<HelpFormatter>()) {
-  app.formatter(formatter);
+/// Writes what was asked for, help or the version, or throws what is wrong with the command line.
+void answer(const CLI::App& app, const CLI::ParseError& reason) {
+  std::ostringstream text;
+  std::ostringstream complaint;
+  if (app.exit(reason, text, complaint) != 0) throw Failure(Texts::badCommandLine(reason.what()));
+  Output output(ColorChoice::NEVER);
+  output.write(text.str());
+  output.flush();
 }
 
-CLI::App* CommandTable::add(const std::string& name, const CommandHelp& help, Action action) {
-  CLI::App* command = app.add_subcommand(name, help.description);
+}  // namespace
+
+class CommandTable::Program {
+ public:
+  Program() {
+    app.formatter(formatter);
+    app.set_version_flag("--version", "quarry " QUARRY_VERSION);
+    app.require_subcommand(0, 1);  // a word that is no command is then named as such
+    app.footer("quarry COMMAND --help tells more about a command.");
+  }
+
+  CLI::App app{DESCRIPTION, "quarry"};
+  std::shared_ptr<HelpFormatter> formatter = std::make_shared<HelpFormatter>();
+  std::map<const CLI::App*, Action> actions;
+};
+
+CommandTable::CommandTable() : program(std::make_unique<Program>()) {}
+
+CommandTable::~CommandTable() = default;
+
+Command CommandTable::add(const std::string& name, const CommandHelp& help, Action action) {
+  CLI::App* command = program->app.add_subcommand(name, help.description);
   command->group(help.group);
   command->footer(help.notes);
-  formatter->examples[command] = help.examples;
-  actions[command] = std::move(action);
-  return command;
+  program->formatter->examples[command] = help.examples;
+  program->actions[command] = std::move(action);
+  return Command(command);
 }
 
-ExitStatus CommandTable::run(MessageLog& log) const {
-  const std::vector<CLI::App*> chosen = app.get_subcommands();
+ExitStatus CommandTable::run(int argc, char** argv, MessageLog& log) {
+  try {
+    program->app.parse(argc, argv);
+  } catch (const CLI::ParseError& reason) {
+    answer(program->app, reason);
+    return ExitStatus::FINE;
+  }
+  const std::vector<CLI::App*> chosen = program->app.get_subcommands();
   if (chosen.empty()) throw Failure(Texts::badCommandLine("A command is missing"));
-  return actions.at(chosen.front())(log);
-}
-
-// --- Options that several commands share ---------------------------------------------------------
-
-void addFile(CLI::App* command, std::string& file) {
-  command->add_option("FILE", file, "The document; - for standard input")
-      ->required()
-      ->option_text(" ");
-}
-
-void addSearchPaths(CLI::App* command, std::vector<std::string>& searchPaths) {
-  command
-      ->add_option("-I,--include", searchPaths,
-                   "Look for documents in DIR first; may be given several times")
-      ->allow_extra_args(false)
-      ->option_text("DIR");
-}
-
-void addTarget(CLI::App* command, std::string& target) {
-  command->add_option("-o,--output", target, "Write to OUT; - for standard output")
-      ->option_text("OUT");
-}
-
-void addColor(CLI::App* command, ColorChoice& color) {
-  const std::map<std::string, ColorChoice> choices = {
-      {"auto", ColorChoice::AUTO}, {"always", ColorChoice::ALWAYS}, {"never", ColorChoice::NEVER}};
-  const auto choose = [&color, choices](const std::string& word) { color = choices.at(word); };
-  command
-      ->add_option_function<std::string>("--color", choose,
-                                         "Colours: auto (on a terminal), always, never")
-      ->check(CLI::IsMember(std::vector<std::string>{"auto", "always", "never"}))
-      ->option_text("WHEN");
-}
-
-void addDepth(CLI::App* command, const std::string& description, unsigned long& depth) {
-  const auto findFault = [](const std::string& text) {
-    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
-    return isNumber ? std::string() : "'" + text + "' is no whole number";
-  };
-  command->add_option("--depth", depth, description)->check(findFault)->option_text("N");
-}
-
-void addQuiet(CLI::App* command, bool& quiet) {
-  command->add_flag("-q,--quiet", quiet, "Show no warnings; the exit status tells");
-}
-
-void addUnlimited(CLI::App* command, bool& isUnlimited) {
-  command->add_flag("--no-limits", isUnlimited,
-                    "Read documents of any size, nesting and depth of includes");
+  return program->actions.at(chosen.front())(log);
 }
 
 ExitStatus statusOf(const MessageLog& log) {

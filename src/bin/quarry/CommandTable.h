@@ -1,20 +1,19 @@
-/// The commands of the tool, and the options that several of them share.
+/// The commands of the tool by their names.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include "Command.h"
 #include "MessageLog.h"
-#include "Output.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace Tool {
 
 enum class ExitStatus { FINE = 0, FINDINGS = 1, FAILED = 2 };
+
+/// Returns FINDINGS when warnings were given.
+ExitStatus statusOf(const MessageLog& log);
 
 /// What the help tells of a command.
 struct CommandHelp {
@@ -31,45 +30,19 @@ class CommandTable {
   /// What a command does; MessageLog tells the status where warnings were given.
   using Action = std::function<ExitStatus(MessageLog&)>;
 
-  explicit CommandTable(CLI::App& program);
+  CommandTable();
+  ~CommandTable();
 
-  CLI::App* add(const std::string& name, const CommandHelp& help, Action action);
+  Command add(const std::string& name, const CommandHelp& help, Action action);
 
-  /// Does what the command line asked for.
-  ExitStatus run(MessageLog& log) const;
+  /// Does what the command line asks for; help and the version go to standard output. A Failure is
+  /// thrown when the command line is wrong.
+  ExitStatus run(int argc, char** argv, MessageLog& log);
 
  private:
-  class HelpFormatter;
+  class Program;
 
-  CLI::App& app;
-  std::shared_ptr<HelpFormatter> formatter;
-  std::map<const CLI::App*, Action> actions;
+  const std::unique_ptr<Program> program;
 };
-
-// --- Options that several commands share ---------------------------------------------------------
-
-/// FILE, the document.
-void addFile(CLI::App* command, std::string& file);
-
-/// -I, --include.
-void addSearchPaths(CLI::App* command, std::vector<std::string>& searchPaths);
-
-/// -o, --output.
-void addTarget(CLI::App* command, std::string& target);
-
-/// --color.
-void addColor(CLI::App* command, ColorChoice& color);
-
-/// --depth.
-void addDepth(CLI::App* command, const std::string& description, unsigned long& depth);
-
-/// -q, --quiet.
-void addQuiet(CLI::App* command, bool& quiet);
-
-/// --no-limits.
-void addUnlimited(CLI::App* command, bool& isUnlimited);
-
-/// Returns FINDINGS when warnings were given.
-ExitStatus statusOf(const MessageLog& log);
 
 }  // namespace Tool

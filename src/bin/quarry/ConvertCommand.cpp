@@ -11,6 +11,7 @@
 #include "JsonWriter.h"
 #include "LineMarkers.h"
 #include "MemoryFile.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 #include "TreeSpelling.h"
@@ -245,22 +246,11 @@ ExitStatus run(const ConvertOptions& options, MessageLog& log) {
   return statusOf(log);
 }
 
-void addForm(CLI::App* command, const std::string& name, const std::string& description,
-             const std::map<std::string, Form>& forms, Form& chosen) {
-  std::vector<std::string> names;
-  for (const auto& [word, form] : forms)
-    names.push_back(word);
-  const auto choose = [&chosen, forms](const std::string& word) { chosen = forms.at(word); };
-  command->add_option_function<std::string>(name, choose, description)
-      ->check(CLI::IsMember(names))
-      ->option_text("FORM");
-}
-
 }  // namespace
 
 void addConvertCommand(CommandTable& commands) {
   const auto options = std::make_shared<ConvertOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "convert",
       {"Convert", "Turns a document into text, binary data or JSON",
        "  quarry convert project.cfg -o project.json\n"
@@ -279,14 +269,16 @@ void addConvertCommand(CommandTable& commands) {
        "something that the other form cannot hold."},
       [options](MessageLog& log) { return run(*options, log); });
   addFile(command, options->file);
-  addForm(command, "--from", "text, binary or json; without it, the file tells",
-          {{"text", Form::TEXT}, {"binary", Form::BINARY}, {"json", Form::JSON}}, options->from);
-  addForm(command, "--to", "text, binary, json or object; without it, json for a text, else text",
-          {{"text", Form::TEXT},
-           {"binary", Form::BINARY},
-           {"json", Form::JSON},
-           {"object", Form::OBJECT}},
-          options->to);
+  command.addChoice<Form>("--from", "FORM",
+                          {{"text", Form::TEXT}, {"binary", Form::BINARY}, {"json", Form::JSON}},
+                          options->from, "text, binary or json; without it, the file tells");
+  command.addChoice<Form>("--to", "FORM",
+                          {{"text", Form::TEXT},
+                           {"binary", Form::BINARY},
+                           {"json", Form::JSON},
+                           {"object", Form::OBJECT}},
+                          options->to,
+                          "text, binary, json or object; without it, json for a text, else text");
   addTarget(command, options->target);
   addQuiet(command, options->quiet);
   options->addTo(command);

@@ -6,6 +6,7 @@
 #include "Failure.h"
 #include "FileBytes.h"
 #include "MemoryFile.h"
+#include "SharedOptions.h"
 #include "Texts.h"
 #include "TreeSpelling.h"
 
@@ -63,7 +64,7 @@ ExitStatus run(const DecodeOptions& options, MessageLog& log) {
 
 void addDecodeCommand(CommandTable& commands) {
   const auto options = std::make_shared<DecodeOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "decode",
       {"Convert", "Writes the text of a document in the binary form",
        "  quarry decode project.qdb -o project.cfg\n"

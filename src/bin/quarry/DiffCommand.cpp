@@ -4,6 +4,7 @@
 #include "ItemDisplay.h"
 #include "ItemJson.h"
 #include "JsonText.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 #include "TreeDifference.h"
@@ -118,7 +119,7 @@ ExitStatus run(const DiffOptions& options, MessageLog& log) {
 
 void addDiffCommand(CommandTable& commands) {
   const auto options = std::make_shared<DiffOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "diff",
       {"Look", "Shows the items in which two documents differ",
        "  quarry diff old.cfg new.cfg\n"
@@ -135,13 +136,9 @@ void addDiffCommand(CommandTable& commands) {
        "\n"
        "Exit status: 0 the documents are the same, 1 they differ, 2 one cannot be read."},
       [options](MessageLog& log) { return run(*options, log); });
-  command->add_option("A", options->before, "The first document; - for standard input")
-      ->required()
-      ->option_text(" ");
-  command->add_option("B", options->after, "The second document; - for standard input")
-      ->required()
-      ->option_text(" ");
-  command->add_flag("--json", options->isJson, "Show an array of paths, changes and values");
+  command.addArgument("A", options->before, "The first document; - for standard input").require();
+  command.addArgument("B", options->after, "The second document; - for standard input").require();
+  command.addFlag("--json", options->isJson, "Show an array of paths, changes and values");
   addQuiet(command, options->quiet);
   options->addTo(command);
   addColor(command, options->color);

@@ -1,6 +1,7 @@
 #include "Document.h"
 
 #include "Failure.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -42,7 +43,7 @@ bool readFile(const std::string& name, std::vector<char>& bytes) {
 
 }  // namespace
 
-void DocumentOptions::addTo(CLI::App* command) {
+void DocumentOptions::addTo(Command& command) {
   addFile(command, file);
   addQuiet(command, quiet);
   addSearchPaths(command, searchPaths);

@@ -3,7 +3,7 @@
 
 #include <Quarry/ParserFile.h>
 
-#include "CommandTable.h"
+#include "Command.h"
 #include "MemoryFile.h"
 #include "MessageLog.h"
 
@@ -27,7 +27,7 @@ struct DocumentOptions {
   bool quiet = false;
 
   /// Adds FILE, -q, -I and --no-limits.
-  void addTo(CLI::App* command);
+  void addTo(Command& command);
 
   Quarry::ParserLimits getLimits() const;
 };

@@ -5,6 +5,7 @@
 #include "Failure.h"
 #include "FileBytes.h"
 #include "Output.h"
+#include "SharedOptions.h"
 #include "Texts.h"
 
 namespace Tool {
@@ -42,23 +43,18 @@ void writeChanges(const EditOptions& options, SourceEditor& editor) {
 
 }  // namespace
 
-void EditOptions::addTo(CLI::App* command, const std::string& pathDescription) {
+void EditOptions::addTo(Command& command, const std::string& pathDescription) {
   addFile(command, file);
-  command->add_option("PATH", path, pathDescription)->required()->option_text(" ");
-  command
-      ->add_option("-o,--output", target,
-                   "Write the new text to OUT, - for standard output, and leave FILE as it is")
-      ->option_text("OUT");
+  command.addArgument("PATH", path, pathDescription).require();
+  command.addOption("-o,--output", "OUT", target,
+                    "Write the new text to OUT, - for standard output, and leave FILE as it is");
   SourceOptions::addTo(command);
 }
 
-void EditValues::addTo(CLI::App* command) {
-  command
-      ->add_option("VALUE", words,
-                   "The values, as a document spells them; any other text is a "
-                   "string")
-      ->option_text("...");
-  command->add_flag("--string", areStrings, "Take every VALUE for the content of a string");
+void EditValues::addTo(Command& command) {
+  command.addArguments("VALUE", words,
+                       "The values, as a document spells them; any other text is a string");
+  command.addFlag("--string", areStrings, "Take every VALUE for the content of a string");
 }
 
 std::vector<SourceLiteral> EditValues::getLiterals() const {

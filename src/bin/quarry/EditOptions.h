@@ -3,7 +3,6 @@
 
 #include <QuarrySource/SourceEditor.h>
 #include <QuarrySource/SourceLiteral.h>
-#include <CLI/CLI.hpp>
 
 #include "CommandTable.h"
 #include "SourceOptions.h"
@@ -21,7 +20,7 @@ struct EditOptions : SourceOptions {
   std::string target;  ///< where the top file's new text goes; empty for its own place
 
   /// Adds FILE, PATH, --output and what SourceOptions adds.
-  void addTo(CLI::App* command, const std::string& pathDescription);
+  void addTo(Command& command, const std::string& pathDescription);
 };
 
 /// Values as they are given on the command line.
@@ -30,7 +29,7 @@ struct EditValues {
   bool areStrings = false;
 
   /// Adds VALUE... and --string.
-  void addTo(CLI::App* command);
+  void addTo(Command& command);
 
   /// A word that is spelled as a value is that value; any other is the content of a string.
   std::vector<Quarry::SourceLiteral> getLiterals() const;

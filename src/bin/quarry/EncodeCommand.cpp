@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Document.h"
 #include "FileBytes.h"
+#include "SharedOptions.h"
 
 #include <memory>
 
@@ -32,11 +33,11 @@ ExitStatus run(const EncodeOptions& options, MessageLog& log) {
 
 void addEncodeCommand(CommandTable& commands) {
   const auto options = std::make_shared<EncodeOptions>();
-  CLI::App* command = commands.add("encode",
-                                   {"Convert", "Writes the document in the binary form",
-                                    "  quarry encode project.cfg -o project.qdb\n"
-                                    "  quarry encode project.cfg | xxd"},
-                                   [options](MessageLog& log) { return run(*options, log); });
+  Command command = commands.add("encode",
+                                 {"Convert", "Writes the document in the binary form",
+                                  "  quarry encode project.cfg -o project.qdb\n"
+                                  "  quarry encode project.cfg | xxd"},
+                                 [options](MessageLog& log) { return run(*options, log); });
   options->addTo(command);
   addTarget(command, options->target);
 }

@@ -1,6 +1,7 @@
 #include "CommandTable.h"
 #include "Commands.h"
 #include "Document.h"
+#include "Output.h"
 
 #include <memory>
 
@@ -20,7 +21,7 @@ ExitStatus run(const DocumentOptions& options, MessageLog& log) {
 
 void addExpandCommand(CommandTable& commands) {
   const auto options = std::make_shared<DocumentOptions>();
-  CLI::App* command =
+  Command command =
       commands.add("expand",
                    {"Look", "Writes the text with includes expanded and comments dropped",
                     "  quarry expand project.cfg\n"

@@ -4,6 +4,7 @@
 #include "CommandTable.h"
 #include "Commands.h"
 #include "Failure.h"
+#include "SharedOptions.h"
 #include "SourceLocation.h"
 #include "SourceOptions.h"
 #include "Texts.h"
@@ -277,7 +278,7 @@ ExitStatus run(const ExplainOptions& options) {
 
 void addExplainCommand(CommandTable& commands) {
   const auto options = std::make_shared<ExplainOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "explain",
       {"Look", "Tells what stands at a place of a file and where it comes from",
        "  quarry explain project.cfg:12:7\n"
@@ -287,18 +288,15 @@ void addExplainCommand(CommandTable& commands) {
        "\n"
        "Exit status: 0 fine, 2 the document cannot be read or has no such place."},
       [options](MessageLog&) { return run(*options); });
-  command
-      ->add_option("FILE:LINE:COLUMN", options->location, "The place; - for FILE is standard input")
-      ->option_text(" ");
+  command.addArgument("FILE:LINE:COLUMN", options->location,
+                      "The place; - for FILE is standard input");
   // A place on standard input, -:LINE:COLUMN, has the form of an option.
   const auto takeStreamPlace = [options](const std::string& place) {
     options->location = "-:" + place;
   };
-  command->add_option_function<std::string>("-:", takeStreamPlace)->group("");
-  command
-      ->add_option("DOCUMENT", options->document,
-                   "The document that includes FILE; FILE itself unless it is given")
-      ->option_text(" ");
+  command.addOption("-:", "LINE:COLUMN", takeStreamPlace, "The place on standard input").hide();
+  command.addArgument("DOCUMENT", options->document,
+                      "The document that includes FILE; FILE itself unless it is given");
   options->source.addTo(command);
   addColor(command, options->color);
 }

@@ -5,6 +5,7 @@
 #include "Failure.h"
 #include "ItemDisplay.h"
 #include "ItemPaths.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -101,7 +102,7 @@ ExitStatus run(const FindOptions& options, MessageLog& log) {
 
 void addFindCommand(CommandTable& commands) {
   const auto options = std::make_shared<FindOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "find",
       {"Look", "Shows the items whose name matches, at any depth",
        "  quarry find project.cfg '^fov$'\n"
@@ -120,20 +121,16 @@ void addFindCommand(CommandTable& commands) {
       [options](MessageLog& log) { return run(*options, log); });
   addFile(command, options->file);
   command
-      ->add_option("PATTERN", options->search.name,
+      .addArgument("PATTERN", options->search.name,
                    "A regular expression, found anywhere in a name")
-      ->required()
-      ->option_text(" ");
-  command
-      ->add_option_function<std::string>(
-          "--value",
-          [options](const std::string& pattern) {
-            options->search.value = pattern;
-            options->search.hasValue = true;
-          },
-          "Show only items with a value in which PATTERN is found")
-      ->option_text("PATTERN");
-  command->add_flag("--not", options->search.inverted, "Show the items whose name does not match");
+      .require();
+  const auto takeValue = [options](const std::string& pattern) {
+    options->search.value = pattern;
+    options->search.hasValue = true;
+  };
+  command.addOption("--value", "PATTERN", takeValue,
+                    "Show only items with a value in which PATTERN is found");
+  command.addFlag("--not", options->search.inverted, "Show the items whose name does not match");
   addQuiet(command, options->quiet);
   options->addTo(command);
   addColor(command, options->color);

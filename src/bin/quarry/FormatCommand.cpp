@@ -8,6 +8,7 @@
 #include "Formatter.h"
 #include "LayoutDiff.h"
 #include "SameDocument.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -169,7 +170,7 @@ ExitStatus run(const FormatOptions& options, MessageLog& log) {
 
 void addFormatCommand(CommandTable& commands) {
   const auto options = std::make_shared<FormatOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "format",
       {"Check", "Lays out documents anew: one item a line, indented",
        "  quarry format project.cfg > project-new.cfg\n"
@@ -186,12 +187,10 @@ void addFormatCommand(CommandTable& commands) {
        "Exit status: 0 fine, 1 --check or --diff found a file that is not formatted, 2 a file\n"
        "cannot be read, formatted or written."},
       [options](MessageLog& log) { return run(*options, log); });
-  command->add_option("FILE", options->files, "The documents; - for standard input")
-      ->required()
-      ->option_text("...");
-  command->add_flag("--in-place", options->inPlace, "Replace the files");
-  command->add_flag("--check", options->check, "Write nothing; name the files that would change");
-  command->add_flag("--diff", options->diff, "Write nothing; show what would change");
+  addFiles(command, options->files);
+  command.addFlag("--in-place", options->inPlace, "Replace the files");
+  command.addFlag("--check", options->check, "Write nothing; name the files that would change");
+  command.addFlag("--diff", options->diff, "Write nothing; show what would change");
   options->source.addTo(command);
   addColor(command, options->color);
 }

@@ -6,6 +6,7 @@
 #include "ItemDisplay.h"
 #include "JsonText.h"
 #include "JsonWriter.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -125,7 +126,7 @@ ExitStatus run(const GetOptions& options, MessageLog& log) {
 
 void addGetCommand(CommandTable& commands) {
   const auto options = std::make_shared<GetOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "get",
       {"Look", "Shows the values of an item",
        "  quarry get project.cfg camera/fov\n"
@@ -140,25 +141,22 @@ void addGetCommand(CommandTable& commands) {
        "group, or the document cannot be read."},
       [options](MessageLog& log) { return run(*options, log); });
   addFile(command, options->file);
-  command->add_option("PATH", options->path, "The item, or one of its values: size#2")
-      ->required()
-      ->option_text(" ");
+  command.addArgument("PATH", options->path, "The item, or one of its values: size#2").require();
   const auto choose = [options](Layout layout) {
-    return [options, layout](std::int64_t) { options->layout = layout; };
+    return [options, layout] { options->layout = layout; };
   };
-  CLI::Option* raw =
-      command->add_flag_function("--raw", choose(Layout::RAW),
-                                 "Show each value on a line, strings without quotes and escapes");
-  CLI::Option* null = command->add_flag_function("--null", choose(Layout::NULL_ENDED),
-                                                 "The same, each value ended by a zero byte");
-  command->add_flag_function("--json", choose(Layout::JSON), "Show an array, or one value, as JSON")
-      ->excludes(raw, null);
-  raw->excludes(null);
-  command
-      ->add_option_function<std::string>(
-          "--default", [options](const std::string& value) { options->defaultValue = value; },
-          "Show VALUE where there is no such item")
-      ->option_text("VALUE");
+  const CommandOption raw =
+      command.addFlag("--raw", choose(Layout::RAW),
+                      "Show each value on a line, strings without quotes and escapes");
+  const CommandOption null = command.addFlag("--null", choose(Layout::NULL_ENDED),
+                                             "The same, each value ended by a zero byte");
+  command.addFlag("--json", choose(Layout::JSON), "Show an array, or one value, as JSON")
+      .exclude(raw)
+      .exclude(null);
+  raw.exclude(null);
+  command.addOption(
+      "--default", "VALUE", [options](const std::string& value) { options->defaultValue = value; },
+      "Show VALUE where there is no such item");
   addQuiet(command, options->quiet);
   options->addTo(command);
 }

@@ -7,6 +7,7 @@
 #include "ItemJson.h"
 #include "ItemPaths.h"
 #include "JsonText.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -123,7 +124,7 @@ ExitStatus run(const ListOptions& options, MessageLog& log) {
 
 void addListCommand(CommandTable& commands) {
   const auto options = std::make_shared<ListOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "list",
       {"Look", "Shows the items with their paths, one a line",
        "  quarry list project.cfg\n"
@@ -139,11 +140,11 @@ void addListCommand(CommandTable& commands) {
        "cannot be read."},
       [options](MessageLog& log) { return run(*options, log); });
   addFile(command, options->file);
-  command->add_option("PATH", options->path, "The group whose items are shown")->option_text(" ");
-  CLI::Option* null = command->add_flag("-0,--null", options->isNull,
-                                        "Show paths only, each with a zero byte behind it");
-  command->add_flag("--json", options->isJson, "Show an array of paths, kinds and values")
-      ->excludes(null);
+  command.addArgument("PATH", options->path, "The group whose items are shown");
+  const CommandOption null = command.addFlag("-0,--null", options->isNull,
+                                             "Show paths only, each with a zero byte behind it");
+  command.addFlag("--json", options->isJson, "Show an array of paths, kinds and values")
+      .exclude(null);
   addDepth(command, "Look into no more than N levels of nested groups", options->depthLimit);
   addQuiet(command, options->quiet);
   options->addTo(command);

@@ -6,6 +6,7 @@
 #include "Failure.h"
 #include "FileBytes.h"
 #include "LineMarkers.h"
+#include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
@@ -27,7 +28,7 @@ struct PackOptions {
     return (isUnlimited ? Quarry::ParserLimits() : getDefaultLimits()).preprocessedBytes;
   }
 
-  void addTo(CLI::App* command) {
+  void addTo(Command& command) {
     addFile(command, file);
     addTarget(command, target);
     addUnlimited(command, isUnlimited);
@@ -93,7 +94,7 @@ ExitStatus runUnpack(const PackOptions& options, MessageLog& log) {
 
 void addPackCommand(CommandTable& commands) {
   const auto options = std::make_shared<PackOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "pack",
       {"Convert", "Compresses a document so that it can be read as it was",
        "  quarry pack project.cfg -o project.cfg.gz\n"
@@ -111,7 +112,7 @@ void addPackCommand(CommandTable& commands) {
 
 void addUnpackCommand(CommandTable& commands) {
   const auto options = std::make_shared<PackOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "unpack",
       {"Convert", "Writes the text of a compressed document",
        "  quarry unpack project.cfg.gz -o project.cfg\n"

@@ -21,7 +21,7 @@ ExitStatus run(const EditOptions& options) {
 
 void addRemoveCommand(CommandTable& commands) {
   const auto options = std::make_shared<EditOptions>();
-  CLI::App* command =
+  Command command =
       commands.add("remove",
                    {"Edit", "Removes an item or a value and changes nothing else",
                     "  quarry remove project.cfg camera/fov\n"

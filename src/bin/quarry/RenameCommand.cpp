@@ -23,7 +23,7 @@ ExitStatus run(const RenameOptions& options) {
 
 void addRenameCommand(CommandTable& commands) {
   const auto options = std::make_shared<RenameOptions>();
-  CLI::App* command =
+  Command command =
       commands.add("rename",
                    {"Edit", "Gives an item another name and changes nothing else",
                     "  quarry rename project.cfg camera/fov angle\n"
@@ -31,7 +31,7 @@ void addRenameCommand(CommandTable& commands) {
                     "Exit status: 0 renamed, 1 there is no such item, 2 refused or unreadable."},
                    [options](MessageLog&) { return run(*options); });
   options->addTo(command, "The item");
-  command->add_option("NAME", options->name, "Its new name")->required()->option_text(" ");
+  command.addArgument("NAME", options->name, "Its new name").require();
 }
 
 }  // namespace Tool

@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Document.h"
 #include "Failure.h"
+#include "SharedOptions.h"
 #include "Texts.h"
 
 #include <filesystem>
@@ -51,7 +52,7 @@ ExitStatus run(const RewriteOptions& options, MessageLog& log) {
 
 void addRewriteCommand(CommandTable& commands) {
   const auto options = std::make_shared<RewriteOptions>();
-  CLI::App* command =
+  Command command =
       commands.add("rewrite",
                    {"Convert", "Reads the document and writes it in the library's layout",
                     "  quarry rewrite project.cfg | diff -u project.cfg -\n"

@@ -33,7 +33,7 @@ ExitStatus run(const SetOptions& options) {
 
 void addSetCommand(CommandTable& commands) {
   const auto options = std::make_shared<SetOptions>();
-  CLI::App* command = commands.add(
+  Command command = commands.add(
       "set",
       {"Edit", "Sets the values of an item and changes nothing else",
        "  quarry set project.cfg title 'Harbor, second cut'\n"

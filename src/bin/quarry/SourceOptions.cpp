@@ -2,8 +2,8 @@
 
 #include <Plinth/Console.h>
 
-#include "CommandTable.h"
 #include "Failure.h"
+#include "SharedOptions.h"
 #include "Texts.h"
 
 #include <unistd.h>
@@ -27,12 +27,10 @@ ParserLimits getDefaultLimits() {
   return limits;
 }
 
-void SourceOptions::addTo(CLI::App* command) {
+void SourceOptions::addTo(Command& command) {
   addSearchPaths(command, searchPaths);
-  command
-      ->add_option("--stdin-filename", standInName,
-                   "What standard input is called in messages, and where it lies")
-      ->option_text("NAME");
+  command.addOption("--stdin-filename", "NAME", standInName,
+                    "What standard input is called in messages, and where it lies");
   addUnlimited(command, isUnlimited);
 }
 

@@ -3,7 +3,8 @@
 
 #include <Quarry/ParserLimits.h>
 #include <QuarrySource/SourceDocument.h>
-#include <CLI/CLI.hpp>
+
+#include "Command.h"
 
 #include <string>
 #include <vector>
@@ -21,7 +22,7 @@ struct SourceOptions {
   bool isUnlimited = false;
 
   /// Adds -I, --stdin-filename and --no-limits.
-  void addTo(CLI::App* command);
+  void addTo(Command& command);
 
   /// Reads a document.
   /// @param file its name; `-` for standard input

@@ -7,6 +7,7 @@
 #include "Commands.h"
 #include "Document.h"
 #include "ItemLine.h"
+#include "SharedOptions.h"
 #include "Texts.h"
 
 #include <limits>
@@ -143,12 +144,12 @@ ExitStatus run(const TreeOptions& options, MessageLog& log) {
 
 void addTreeCommand(CommandTable& commands) {
   const auto options = std::make_shared<TreeOptions>();
-  CLI::App* command = commands.add("tree",
-                                   {"Look", "Shows the items as a tree, one a line",
-                                    "  quarry tree project.cfg\n"
-                                    "  quarry tree --depth 0 project.cfg\n"
-                                    "  quarry tree --color=always project.cfg | less -R"},
-                                   [options](MessageLog& log) { return run(*options, log); });
+  Command command = commands.add("tree",
+                                 {"Look", "Shows the items as a tree, one a line",
+                                  "  quarry tree project.cfg\n"
+                                  "  quarry tree --depth 0 project.cfg\n"
+                                  "  quarry tree --color=always project.cfg | less -R"},
+                                 [options](MessageLog& log) { return run(*options, log); });
   options->addTo(command);
   addColor(command, options->color);
   addDepth(command, "Show no more than N levels of nested groups", options->depthLimit);

@@ -3,6 +3,7 @@
 #include "CommandTable.h"
 #include "Commands.h"
 #include "Document.h"
+#include "SharedOptions.h"
 
 #include <algorithm>
 #include <memory>
@@ -83,7 +84,7 @@ ExitStatus run(const WordsOptions& options, MessageLog& log) {
 
 void addWordsCommand(CommandTable& commands) {
   const auto options = std::make_shared<WordsOptions>();
-  CLI::App* command =
+  Command command =
       commands.add("words",
                    {"Look", "Shows the words of the text: line:column, kind and spelling",
                     "  quarry words project.cfg\n"
