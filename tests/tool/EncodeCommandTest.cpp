@@ -79,9 +79,10 @@ TEST(EncodeCommandTest, OnATerminalAFileIsWritten) {
 }
 
 TEST(EncodeCommandTest, ADocumentWithFindingsIsWrittenAllTheSame) {
-  EXPECT_EQ(runTool({"encode", "-"}, ", a 1 yes"),
-            (Result{1, makeDocument(),
-                    "quarry: warning: ParserGroup::setText: (1:0) item ',' wrongly placed.\n"}));
+  EXPECT_EQ(
+      runTool({"encode", "-"}, ", a 1 yes"),
+      (Result{1, makeDocument(),
+              "quarry: warning: standard input:1:1: item ',' wrongly placed. [wrongly-placed]\n"}));
 }
 
 TEST(EncodeCommandTest, SearchPathsHoldForIncludes) {
@@ -121,8 +122,8 @@ TEST(EncodeCommandTest, GroupsMayNestAsDeepAsMemoryLasts) {
 TEST(EncodeCommandTest, GroupsOfMoreThan10000LevelsAreRefused) {
   EXPECT_EQ(runTool({"encode", "-"}, makeNestedText(10001)),
             (Result{2, "",
-                    "quarry: warning: ParserGroup::setText: (10001:2) File 'standard input' "
-                    "exceeds the limit nestingDepth (10000).\n"
+                    "quarry: warning: standard input:10001:3: File 'standard input' "
+                    "exceeds the limit nestingDepth (10000). [limit-exceeded]\n"
                     "quarry: error: Cannot read 'standard input'.\n"}));
 }
 

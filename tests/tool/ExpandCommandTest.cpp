@@ -44,8 +44,10 @@ TEST(ExpandCommandTest, ACompressedFileWithAShortLineCannotBeRead) {
   const std::string name = folder.writeCompressed("a.cfg", "a 1$\n\n");
   EXPECT_EQ(runTool({"expand", name}),
             (Result{2, "",
-                    "quarry: error: Cannot read '" + name +
-                        "': a line of the compressed file has less than two bytes.\n"}));
+                    "quarry: warning: A line of a compressed file has less than two bytes. "
+                    "[bad-compressed-line]\n"
+                    "quarry: error: Cannot read '" +
+                        name + "'.\n"}));
 }
 
 TEST(ExpandCommandTest, BytesPassUnchangedWithoutATerminal) {
@@ -58,14 +60,16 @@ TEST(ExpandCommandTest, AFileThatIncludesItselfIsRefused) {
   folder.write("a.cfg", "a 1\n#include \"" + name + "\"\n");
   EXPECT_EQ(runTool({"expand", name}),
             (Result{2, "",
-                    "quarry: warning: File '" + name + "' includes itself: '" + name + "' > '" +
-                        name + "'.\nquarry: error: Cannot read '" + name + "'.\n"}));
+                    "quarry: warning: " + name + ":2:1: File '" + name + "' includes itself: '" +
+                        name + "' > '" + name + "'. [include-cycle]\nquarry: error: Cannot read '" +
+                        name + "'.\n"}));
 }
 
 TEST(ExpandCommandTest, NothingIsWrittenWhenAnIncludeIsMissing) {
   EXPECT_EQ(runTool({"expand", "-"}, "a 1\n#include \"missing.cfg\"\n"),
             (Result{2, "",
-                    "quarry: warning: File 'missing.cfg' not found.\n"
+                    "quarry: warning: standard input:2:1: File 'missing.cfg' not found. "
+                    "[file-not-found]\n"
                     "quarry: error: Cannot read 'standard input'.\n"}));
 }
 

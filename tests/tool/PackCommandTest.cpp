@@ -30,7 +30,8 @@ TEST(PackCommandTest, ADocumentOfWindowsIsReadAsItWas) { checkPacks("a 1\r\nb 2\
 TEST(PackCommandTest, AnEmptyDocumentIsReadAsItWas) { checkPacks(""); }
 
 TEST(PackCommandTest, LongLinesAreReadAsTheyWere) {
-  for (const std::size_t length : {8183, 8184, 8185, 8186, 8187, 8188, 16376, 30000})
+  for (const std::size_t length :
+       {8183UL, 8184UL, 8185UL, 8186UL, 8187UL, 8188UL, 16376UL, 30000UL})
     checkPacks("a \"" + std::string(length, '$') + "\"\nb 1\n");
 }
 

@@ -31,9 +31,10 @@ TEST(RewriteCommandTest, ADocumentCanBeRewrittenInPlace) {
 }
 
 TEST(RewriteCommandTest, ADocumentWithFindingsIsWrittenAllTheSame) {
-  EXPECT_EQ(runTool({"rewrite", "-"}, "a 1,\n, b 2"),
-            (Result{1, "#SerialVersion 1.1\n\na 1\nb 2",
-                    "quarry: warning: ParserGroup::setText: (2:0) item ',' wrongly placed.\n"}));
+  EXPECT_EQ(
+      runTool({"rewrite", "-"}, "a 1,\n, b 2"),
+      (Result{1, "#SerialVersion 1.1\n\na 1\nb 2",
+              "quarry: warning: standard input:2:1: item ',' wrongly placed. [wrongly-placed]\n"}));
 }
 
 TEST(RewriteCommandTest, TheTargetIsLeftAloneWhenReadingFails) {

@@ -94,13 +94,14 @@ TEST(TerminalTest, ARewrittenDocumentIsEscaped) {
 TEST(TerminalTest, MessagesAreEscaped) {
   EXPECT_EQ(runWithMessagesOnTerminal({"tree", "-"}, "a 1 \033]0;x\a"),
             (Result{1, "a: int 1\n",
-                    "quarry: warning: ParserGroup::setText: (1:4) Unknown word type: "
-                    "'\\x1B]0;x\\x07'\n"}));
+                    "quarry: warning: standard input:1:5: Unknown word type: "
+                    "'\\x1B]0;x\\x07' [unknown-word]\n"}));
 }
 
 TEST(TerminalTest, AMessageIsOneLine) {
   EXPECT_EQ(runWithMessagesOnTerminal({"expand", "a\nb"}, "").messages,
-            "quarry: warning: File 'a\\nb' not found.\nquarry: error: Cannot read 'a\\nb'.\n");
+            "quarry: warning: File 'a\\nb' not found. [file-not-found]\nquarry: error: Cannot read "
+            "'a\\nb'.\n");
 }
 
 }  // namespace ToolTest

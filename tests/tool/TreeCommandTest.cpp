@@ -91,33 +91,36 @@ TEST(TreeCommandTest, GroupsOfMoreThan10000LevelsAreLeftOut) {
   Result result = runTool({"tree", "-"}, makeNestedText(10001) + "y 2");
   result.output = getLastLine(result.output);
   EXPECT_EQ(result, (Result{2, "y: int 2\n",
-                            "quarry: warning: 1 group is nested too deeply and left out; "
-                            "--no-limits shows everything.\n"
+                            "quarry: warning: standard input:10001:3: File 'standard input' "
+                            "exceeds the limit nestingDepth (10000). [limit-exceeded]\n"
                             "quarry: error: Cannot read 'standard input'.\n"}));
 }
 
 TEST(TreeCommandTest, WarningsOfTheParserAreFindings) {
-  EXPECT_EQ(runTool({"tree", "-"}, "a = 1,\n, b 2\n"),
-            (Result{1, "a: int 1\nb: int 2\n",
-                    "quarry: warning: ParserGroup::setText: (2:0) item ',' wrongly placed.\n"}));
+  EXPECT_EQ(
+      runTool({"tree", "-"}, "a = 1,\n, b 2\n"),
+      (Result{1, "a: int 1\nb: int 2\n",
+              "quarry: warning: standard input:2:1: item ',' wrongly placed. [wrongly-placed]\n"}));
 }
 
 TEST(TreeCommandTest, ABraceThatEndsTheDocumentEarlyIsAFinding) {
   EXPECT_EQ(runTool({"tree", "-"}, "a 1\n }\nb 2\n"),
             (Result{1, "a: int 1\n",
-                    "quarry: warning: (2:1) '}' closes no group; the rest of the document is not "
-                    "read.\n"}));
+                    "quarry: warning: standard input:2:2: '}' closes no group; the rest of the "
+                    "document is not read. [closes-no-group]\n"}));
 }
 
 TEST(TreeCommandTest, AGroupThatIsNotClosedIsAFinding) {
   EXPECT_EQ(runTool({"tree", "-"}, "g { x 1\n"),
             (Result{1, "g: group\n    x: int 1\n",
-                    "quarry: warning: The document ends within 1 group that is not closed.\n"}));
+                    "quarry: warning: standard input:1:3: The group is not closed. "
+                    "[group-not-closed]\n"}));
 }
 
-TEST(TreeCommandTest, GroupsThatAreNotClosedAreCounted) {
+TEST(TreeCommandTest, EachGroupThatIsNotClosedIsAFinding) {
   EXPECT_EQ(runTool({"tree", "-"}, "g { h { x 1\n").messages,
-            "quarry: warning: The document ends within 2 groups that are not closed.\n");
+            "quarry: warning: standard input:1:7: The group is not closed. [group-not-closed]\n"
+            "quarry: warning: standard input:1:3: The group is not closed. [group-not-closed]\n");
 }
 
 TEST(TreeCommandTest, ColorsCanBeAskedForInAPipe) {

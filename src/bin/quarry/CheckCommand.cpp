@@ -61,19 +61,23 @@ class Check {
 
  private:
   void check(const std::string& file) {
-    const bool isStream = file == "-";
-    const std::string& path = isStream ? options.source.standInName : file;
     ++counts.files;
-    progress.show(Texts::checking(path, counts.files, options.files.size()));
     Quarry::SourceDocument source;
-    const bool isRead = options.source.read(source, file);
-    progress.hide();
-    const CheckedDocument document = {source, isStream ? std::string() : file, path, isRead};
+    CheckedDocument document = {source, file == "-" ? "" : file, "",
+                                options.source.getShownName(file), false};
+    read(source, document);
     if (!options.quiet) writer.beginDocument();
     const FindingTaker take = [this](const Finding& finding) { this->take(finding); };
     findUnmarkedFiles(document, take);
     findDiagnostics(document, take);
     if (options.withRewrite) findRewriteHazards(document, take);
+  }
+
+  void read(Quarry::SourceDocument& source, CheckedDocument& document) const {
+    const Progress progress(Texts::checking(document.path, counts.files, options.files.size()));
+    if (document.name.empty()) document.input = options.source.readBytes("-");
+    document.isRead = document.name.empty() ? options.source.readInput(source, document.input)
+                                            : options.source.read(source, document.name);
   }
 
   void take(const Finding& finding) {
@@ -84,7 +88,6 @@ class Check {
   const CheckOptions& options;
   FindingWriter& writer;
   FindingCounts counts;
-  Progress progress;
 };
 
 /// There is nobody left to tell when standard error fails.

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace Tool {
 
@@ -15,16 +16,21 @@ struct LostBytes {
   unsigned long length = 0;  ///< of what is lost, without the line feed
 };
 
-/// Looks for the first line of a file from which the library takes bytes that were no marker. It
-/// takes the last two of each line, the line feed included, and those of each part of an overlong
-/// one.
+/// Looks for the first line from which the library takes bytes that were no marker. It takes the
+/// last two of each line, the line feed included, and those of each part of an overlong one.
 ///
 /// A marker that is not '$' joins a line with the next. Whether the byte before a line feed is one
 /// cannot be told from a single line: a backslash is taken for one, and any byte in a file that has
 /// a '$' elsewhere.
 ///
+/// @param packed as gzip made it; what is behind a damage is not looked at
+/// @param most how many bytes are unpacked at most
+/// @return nothing where nothing is lost
+std::optional<LostBytes> findLostBytes(std::string_view packed, unsigned long most);
+
+/// Does the same with a file.
 /// @param name as documents are found by
-/// @return nothing for a file that is not compressed, or loses nothing
-std::optional<LostBytes> findLostBytes(const std::string& name);
+/// @return nothing, too, for a file that is not compressed or cannot be read
+std::optional<LostBytes> findLostBytesOfFile(const std::string& name, unsigned long most);
 
 }  // namespace Tool

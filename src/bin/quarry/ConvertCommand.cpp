@@ -1,17 +1,17 @@
 #include <Plinth/Console.h>
 #include <Quarry/ParserFile.h>
 
+#include "BinaryInput.h"
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Compression.h"
 #include "Failure.h"
 #include "FileBytes.h"
 #include "JsonObjectWriter.h"
 #include "JsonReader.h"
 #include "JsonWriter.h"
-#include "LineMarkers.h"
 #include "MemoryFile.h"
 #include "SharedOptions.h"
+#include "SilentConsole.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 #include "TreeSpelling.h"
@@ -29,7 +29,6 @@ namespace Tool {
 
 using Quarry::ParserFile;
 using Quarry::ParserGroup;
-using Quarry::ParserLimits;
 using Quarry::SourceDocument;
 
 namespace {
@@ -45,25 +44,11 @@ struct ConvertOptions : SourceOptions {
   Form to = Form::UNKNOWN;
   bool quiet = false;
 
-  ParserLimits getLimits() const { return isUnlimited ? ParserLimits() : getDefaultLimits(); }
-  std::string getShownName() const { return file == "-" ? standInName : file; }
+  using InputOptions::getShownName;
+  const std::string& getShownName() const { return getShownName(file); }
 };
 
 void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
-
-/// Keeps the library silent for as long as this lives.
-class SilentConsole {
- public:
-  SilentConsole()
-      : previous(Plinth::console.setHandler(
-            [](Plinth::Console::Level, const std::string&, const std::string&) {})) {}
-  SilentConsole(const SilentConsole&) = delete;
-  SilentConsole& operator=(const SilentConsole&) = delete;
-  ~SilentConsole() { Plinth::console.setHandler(std::move(previous)); }
-
- private:
-  Plinth::Console::Handler previous;
-};
 
 /// No text begins with a brace: it would open nothing.
 Form guessForm(std::string_view bytes) {
@@ -102,7 +87,7 @@ class Input {
   /// A text may be found by a search path only.
   void readFile() {
     try {
-      bytes = readBytes(options.file, options.getLimits().preprocessedBytes);
+      bytes = options.readBytes(options.file);
     } catch (const Failure&) {
       if (options.file == "-" || from != Form::UNKNOWN || options.searchPaths.empty()) throw;
       from = Form::TEXT;
@@ -113,7 +98,7 @@ class Input {
   void readDocument() {
     SourceDocument document;
     if (options.file == "-") {
-      options.readWholeInput(document, isCompressed(bytes) ? unpackInput() : bytes);
+      options.readWholeInput(document, bytes);
     } else if (bytes.empty() || isRegularFile()) {
       options.readWhole(document, options.file);
     } else {
@@ -121,8 +106,7 @@ class Input {
       named.standInName = options.file;
       named.readWholeInput(document, bytes);
     }
-    const SilentConsole silence;
-    root.setText(document.getText(), document.getVersion());
+    makeTree(document, root);
   }
 
   /// Nothing else can be read a second time.
@@ -131,29 +115,9 @@ class Input {
     return std::filesystem::is_regular_file(options.file, ignored);
   }
 
-  /// The library unpacks files only.
-  std::string unpackInput() const {
-    const unsigned long most = options.getLimits().preprocessedBytes;
-    std::string text;
-    const UnpackResult result = decompress(bytes, most, text);
-    if (result == UnpackResult::TOO_LARGE)
-      throw Failure(Texts::tooLarge(options.standInName, most));
-    if (result == UnpackResult::DAMAGED) throw Failure(Texts::damaged(options.standInName));
-    try {
-      return takeLineMarkers(text);
-    } catch (const std::out_of_range&) {
-      throw Failure(Texts::badCompression(options.standInName));
-    }
-  }
-
   void readBinary() {
     ParserFile file;
-    file.setFilename(options.getShownName());
-    file.setLimits(options.getLimits());
-    if (!file.setBinary({bytes.begin(), bytes.end()}))
-      throw Failure(Texts::noBinaryDocument(options.getShownName()));
-    const std::size_t understood = file.getBinary().size();
-    if (understood != bytes.size()) warn(Texts::brokenWithin(bytes.size(), understood));
+    Tool::readBinary(file, bytes, options, options.file);
     if (getTargetForm() == Form::TEXT) {
       spellTree(file.getRoot(), root);
     } else {

@@ -1,8 +1,9 @@
 #include <Plinth/Console.h>
+#include <Quarry/ParserFile.h>
 
+#include "BinaryInput.h"
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Document.h"
 #include "Failure.h"
 #include "FileBytes.h"
 #include "MemoryFile.h"
@@ -22,14 +23,6 @@ constexpr char INCLUDE[] = "#include \"";
 
 void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
 
-void readSpelled(const Document& document, ParserFile& spelled) {
-  ParserFile file;
-  const std::size_t size = document.readBinary(file);
-  const std::size_t understood = file.getBinary().size();
-  if (understood != size) warn(Texts::brokenWithin(size, understood));
-  spellTree(file.getRoot(), spelled.getRoot());
-}
-
 /// Not every tree has a text that reads back as the same tree: the format has its traps. What a
 /// text would include is not opened to find out.
 void checkText(const std::string& text, const std::string& path, const ParserFile& expected) {
@@ -38,24 +31,30 @@ void checkText(const std::string& text, const std::string& path, const ParserFil
   if (!file.read(path) || file.getBinary() != expected.getBinary()) warn(Texts::textDiffers());
 }
 
-void decode(const Document& document, const std::string& target, Output& output) {
+struct DecodeOptions : InputOptions {
+  std::string file;
+  std::string target = "-";
+  bool quiet = false;
+};
+
+void decode(const DecodeOptions& options, Output& output) {
   ParserFile file;
-  readSpelled(document, file);
+  {
+    ParserFile data;
+    readBinary(data, options.readBytes(options.file), options, options.file);
+    spellTree(data.getRoot(), file.getRoot());
+  }
   const MemoryFile copy;
-  if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(target));
+  if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(options.target));
   const std::string text = copy.read();
   checkText(text, copy.getPath(), file);
-  writeText(target, text, output);
+  writeText(options.target, text, output);
 }
-
-struct DecodeOptions : DocumentOptions {
-  std::string target = "-";
-};
 
 ExitStatus run(const DecodeOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  decode(Document(options, log), options.target, output);
+  decode(options, output);
   output.flush();
   return statusOf(log);
 }
@@ -78,9 +77,9 @@ void addDecodeCommand(CommandTable& commands) {
        "a name that no text can have, nothing is written."},
       [options](MessageLog& log) { return run(*options, log); });
   addFile(command, options->file);
-  addQuiet(command, options->quiet);
-  addUnlimited(command, options->isUnlimited);
   addTarget(command, options->target);
+  addQuiet(command, options->quiet);
+  options->addTo(command);
 }
 
 }  // namespace Tool

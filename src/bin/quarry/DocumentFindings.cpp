@@ -1,6 +1,7 @@
 #include "DocumentFindings.h"
 
 #include "CompressedFile.h"
+#include "FileBytes.h"
 #include "Texts.h"
 
 #include <set>
@@ -57,13 +58,17 @@ Include getInclude(const SourceDocument& document, const SourcePosition& positio
 class MarkerCheck {
  public:
   MarkerCheck(const CheckedDocument& checked, const FindingTaker& taker)
-      : document(checked.source), take(taker) {}
+      : document(checked), take(taker) {}
 
-  void checkTop(const std::string& name) { check(name, {}); }
+  void checkTop() {
+    if (!document.name.empty()) return check(document.name, {});
+    if (isCompressed(document.input))
+      report(findLostBytes(document.input, getMost()), document.path, {});
+  }
 
   void check(const Include& include) {
     if (names.count(include.name) > 0) return;
-    SourcePlace place = document.getPlace(include.position);
+    SourcePlace place = document.source.getPlace(include.position);
     std::vector<SourcePlace> includedFrom = std::move(place.includedFrom);
     place.includedFrom.clear();
     includedFrom.insert(includedFrom.begin(), place);
@@ -73,7 +78,13 @@ class MarkerCheck {
  private:
   void check(std::string_view name, std::vector<SourcePlace> includedFrom) {
     if (!names.emplace(name).second) return;
-    const std::optional<LostBytes> lost = findLostBytes(std::string(name));
+    report(findLostBytesOfFile(std::string(name), getMost()), name, std::move(includedFrom));
+  }
+
+  unsigned long getMost() const { return document.source.getLimits().preprocessedBytes; }
+
+  void report(const std::optional<LostBytes>& lost, std::string_view name,
+              std::vector<SourcePlace> includedFrom) const {
     if (!lost) return;
     Finding finding;
     finding.rule = COMPRESSED_WITHOUT_MARKERS.name;
@@ -85,7 +96,7 @@ class MarkerCheck {
     take(finding);
   }
 
-  const SourceDocument& document;
+  const CheckedDocument& document;
   const FindingTaker& take;
   std::set<std::string, std::less<>> names;
 };
@@ -124,7 +135,7 @@ void findDiagnostics(const CheckedDocument& document, const FindingTaker& take) 
 void findUnmarkedFiles(const CheckedDocument& document, const FindingTaker& take) {
   const SourceDocument& source = document.source;
   MarkerCheck check(document, take);
-  if (!document.name.empty()) check.checkTop(document.name);
+  check.checkTop();
   for (unsigned long i = 1; i < source.getOpeningCount(); ++i) {
     const SourceDocument::Opening& opening = source.getOpening(i);
     check.check(

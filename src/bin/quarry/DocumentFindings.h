@@ -21,6 +21,7 @@ std::vector<Rule> getFindingRules();
 struct CheckedDocument {
   const Quarry::SourceDocument& source;
   std::string name;     ///< of the top file, as it was asked for; empty for standard input
+  std::string input;    ///< what standard input had; empty for a file
   std::string path;     ///< what the top file is called in findings about no place
   bool isRead = false;  ///< what reading returned
 };

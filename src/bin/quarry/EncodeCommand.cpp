@@ -1,21 +1,17 @@
+#include <Quarry/ParserFile.h>
+
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Document.h"
 #include "FileBytes.h"
 #include "SharedOptions.h"
+#include "SourceOptions.h"
 
 #include <memory>
+#include <vector>
 
 namespace Tool {
 
 namespace {
-
-void encode(const Document& document, const std::string& target, Output& output) {
-  Quarry::ParserFile file;
-  document.read(file);
-  const std::vector<char> data = file.getBinary();
-  writeData(target, {data.data(), data.size()}, output);
-}
 
 struct EncodeOptions : DocumentOptions {
   std::string target = "-";
@@ -24,7 +20,10 @@ struct EncodeOptions : DocumentOptions {
 ExitStatus run(const EncodeOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  encode(Document(options, log), options.target, output);
+  Quarry::ParserFile file;
+  options.readTree(file.getRoot());
+  const std::vector<char> data = file.getBinary();
+  writeData(options.target, {data.data(), data.size()}, output);
   output.flush();
   return statusOf(log);
 }

@@ -1,7 +1,7 @@
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Document.h"
 #include "Output.h"
+#include "SourceOptions.h"
 
 #include <memory>
 
@@ -12,7 +12,9 @@ namespace {
 ExitStatus run(const DocumentOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  output.writeText(Document(options, log).expand().text);
+  Quarry::SourceDocument document;
+  options.expand(document);
+  output.writeText(document.getText());
   output.flush();
   return statusOf(log);
 }

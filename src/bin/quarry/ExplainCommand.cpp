@@ -245,9 +245,8 @@ struct ExplainOptions {
 /// Reads the document without telling of its warnings: those of the place are shown with it.
 void read(SourceDocument& document, const SourceOptions& options, const std::string& file) {
   if (options.read(document, file)) return;
-  for (const SourceDiagnostic& diagnostic : document.getDiagnostics())
-    Plinth::console.warning(formatDiagnostic(document, diagnostic), std::string());
-  throw Failure(Texts::cannotRead(file == "-" ? options.standInName : file));
+  warnOf(document);
+  throw Failure(Texts::cannotRead(options.getShownName(file)));
 }
 
 ExitStatus run(const ExplainOptions& options) {

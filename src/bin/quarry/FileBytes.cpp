@@ -63,9 +63,12 @@ void writeTarget(const std::string& target, std::string_view bytes) {
 
 }  // namespace
 
-std::string readBytes(const std::string& name, unsigned long most) {
-  if (name == "-") return readAll(STDIN_FILENO, Texts::STANDARD_INPUT, most);
+std::string readFile(const std::string& name, unsigned long most) {
   return readAll(OpenFile(name).get(), name, most);
+}
+
+std::string readStandardInput(const std::string& shownName, unsigned long most) {
+  return readAll(STDIN_FILENO, shownName, most);
 }
 
 bool isCompressed(std::string_view bytes) { return bytes.starts_with("\x1F\x8B"); }

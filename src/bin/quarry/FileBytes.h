@@ -8,9 +8,11 @@
 
 namespace Tool {
 
-/// Returns the bytes of a file, or of standard input for `-`. Throws a Failure when they cannot be
-/// read, or are more than `most`.
-std::string readBytes(const std::string& name, unsigned long most);
+/// Returns the bytes of a file. Throws a Failure when they cannot be read, or are more than `most`.
+std::string readFile(const std::string& name, unsigned long most);
+
+/// Returns everything that is on standard input, which messages call `shownName`; in the same way.
+std::string readStandardInput(const std::string& shownName, unsigned long most);
 
 /// Tells whether bytes begin as a file that gzip made.
 bool isCompressed(std::string_view bytes);

@@ -1,28 +1,22 @@
-#include <Plinth/Console.h>
 #include <Quarry/internal/FileReplacement.h>
 
 #include "CommandTable.h"
 #include "Commands.h"
 #include "EditorConfig.h"
 #include "Failure.h"
+#include "FileBytes.h"
 #include "Formatter.h"
 #include "LayoutDiff.h"
+#include "Progress.h"
 #include "SameDocument.h"
 #include "SharedOptions.h"
 #include "SourceOptions.h"
 #include "Texts.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
-#include <cstring>
 #include <memory>
 
 namespace Tool {
 
-using Quarry::SourceDiagnostic;
 using Quarry::SourceDocument;
 
 namespace {
@@ -45,36 +39,18 @@ struct Formatted {
   std::string after;
 };
 
-std::string readFile(const std::string& name) {
-  const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) throw Failure(Texts::cannotRead(name, strerror(errno)));
-  std::string bytes;
-  std::array<char, 1 << 16> block;
-  ssize_t count = 1;
-  while (count > 0 || (count < 0 && errno == EINTR)) {
-    count = ::read(file, block.data(), block.size());
-    if (count > 0) bytes.append(block.data(), static_cast<std::size_t>(count));
-  }
-  const int reason = errno;
-  close(file);
-  if (count < 0) throw Failure(Texts::cannotRead(name, strerror(reason)));
-  return bytes;
-}
-
 /// Refuses files of which the document is not all bytes as they are.
 void refuseUnplain(const Formatted& file) {
-  if (file.before.starts_with("\x1F\x8B")) throw Failure(Texts::cannotFormatCompressed(file.name));
+  if (isCompressed(file.before)) throw Failure(Texts::cannotFormatCompressed(file.name));
   const bool hasZeroByte = file.before.find('\0') != std::string::npos;
   if (hasZeroByte) throw Failure(Texts::cannotFormatZeroByte(file.name));
 }
 
 void readDocument(SourceDocument& document, const std::string& name, const std::string& text,
                   const SourceOptions& options) {
-  document.setSearchPaths(options.searchPaths);
-  if (!options.isUnlimited) document.setLimits(getDefaultLimits());
+  options.prepare(document);
   if (document.readText(name, text)) return;
-  for (const SourceDiagnostic& diagnostic : document.getDiagnostics())
-    Plinth::console.warning(formatDiagnostic(document, diagnostic), std::string());
+  warnOf(document);
   throw Failure(Texts::cannotRead(name));
 }
 
@@ -86,9 +62,9 @@ FormatStyle findStyle(const std::string& name) {
 
 Formatted format(const std::string& file, const SourceOptions& options) {
   Formatted result;
-  const bool isInput = file == "-";
-  result.name = isInput ? options.standInName : file;
-  result.before = isInput ? readStandardInput() : readFile(file);
+  result.name = options.getShownName(file);
+  const Progress progress(Texts::formatting(result.name));
+  result.before = options.readBytes(file);
   refuseUnplain(result);
   SourceDocument before;
   readDocument(before, result.name, result.before, options);

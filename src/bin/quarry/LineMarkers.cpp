@@ -12,16 +12,6 @@ constexpr std::size_t MARKER_SIZE = 2;  ///< with its line feed
 constexpr char BREAK = '$';
 constexpr char JOIN = '\\';
 
-/// Cuts the next piece off, as the library's buffer does: up to a line feed or the longest length.
-std::string_view takePiece(std::string_view& rest) {
-  const std::size_t lineFeed = rest.substr(0, LONGEST_PIECE).find('\n');
-  const std::size_t length =
-      lineFeed == std::string_view::npos ? std::min(rest.size(), LONGEST_PIECE) : lineFeed + 1;
-  const std::string_view piece = rest.substr(0, length);
-  rest.remove_prefix(length);
-  return piece;
-}
-
 /// Appends the bytes of a line in pieces that are short enough, each with a marker; the last one
 /// keeps the line break where the line has one.
 void appendMarked(std::string& marked, std::string_view line, bool hasBreak) {
@@ -61,6 +51,15 @@ std::string takeLineMarkers(std::string_view marked) {
     if (piece[piece.size() - MARKER_SIZE] == BREAK) text += '\n';
   }
   return text;
+}
+
+std::string_view takePiece(std::string_view& rest) {
+  const std::size_t lineFeed = rest.substr(0, LONGEST_PIECE).find('\n');
+  const std::size_t length =
+      lineFeed == std::string_view::npos ? std::min(rest.size(), LONGEST_PIECE) : lineFeed + 1;
+  const std::string_view piece = rest.substr(0, length);
+  rest.remove_prefix(length);
+  return piece;
 }
 
 bool hasLineMarkers(std::string_view text) {

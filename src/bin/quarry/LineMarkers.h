@@ -22,6 +22,10 @@ std::string addLineMarkers(std::string_view text);
 /// @throws std::out_of_range for a line of less than two bytes, as the library does
 std::string takeLineMarkers(std::string_view marked);
 
+/// Takes the next piece off what is left of a text with markers: the next line with its line feed,
+/// or as much of a longer one as the library reads at once. The rest must not be empty.
+std::string_view takePiece(std::string_view& rest);
+
 /// Tells whether a text has markers: somewhere a '$', or everywhere the other byte that
 /// addLineMarkers() writes. A text without any line feed has none, unless it is empty.
 bool hasLineMarkers(std::string_view text);

@@ -29,17 +29,6 @@ MemoryFile::MemoryFile()
 
 MemoryFile::~MemoryFile() { close(descriptor); }
 
-bool MemoryFile::copyFrom(int source) {
-  std::array<char, BLOCK_SIZE> block;
-  for (;;) {
-    const ssize_t count = ::read(source, block.data(), block.size());
-    if (count == 0) return true;
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    if (!writeAll(descriptor, {block.data(), static_cast<std::size_t>(count)})) fail();
-  }
-}
-
 std::string MemoryFile::read() const {
   std::string bytes;
   std::array<char, BLOCK_SIZE> block;

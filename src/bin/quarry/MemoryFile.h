@@ -18,10 +18,6 @@ class MemoryFile {
   /// Returns the name under which this process can open the file.
   const std::string& getPath() const { return path; }
 
-  /// Appends everything that is left to read from `source`, a file descriptor.
-  /// @return false with `errno` set when it cannot be read
-  bool copyFrom(int source);
-
   /// Returns everything that was written to the file.
   std::string read() const;
 

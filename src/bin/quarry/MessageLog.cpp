@@ -10,32 +10,12 @@
 
 namespace Tool {
 
-namespace {
-
-std::string replaceAll(std::string text, const std::string& wanted,
-                       const std::string& replacement) {
-  if (wanted.empty()) return text;
-  std::size_t found = text.find(wanted);
-  while (found != std::string::npos) {
-    text.replace(found, wanted.size(), replacement);
-    found = text.find(wanted, found + replacement.size());
-  }
-  return text;
-}
-
-}  // namespace
-
 MessageLog::MessageLog()
     : previous(Plinth::console.setHandler(
           [this](Plinth::Console::Level level, const std::string& message,
                  const std::string& second) { take(level, message + second); })) {}
 
 MessageLog::~MessageLog() { Plinth::console.setHandler(std::move(previous)); }
-
-void MessageLog::setAlias(const std::string& name, const std::string& shown) {
-  aliased = name;
-  alias = shown;
-}
 
 void MessageLog::fail(const std::string& message) {
   ++errors;
@@ -52,7 +32,7 @@ void MessageLog::take(Plinth::Console::Level level, const std::string& message) 
 
 /// There is nobody left to tell when standard error fails.
 void MessageLog::writeLine(const std::string& prefix, const std::string& message) const {
-  std::string line = replaceAll(message, aliased, alias);
+  std::string line = message;
   while (!line.empty() && line.back() == '\n')
     line.pop_back();
   if (isatty(STDERR_FILENO) == 1) {

@@ -19,9 +19,6 @@ class MessageLog {
   /// Makes warnings silent; they are counted all the same.
   void setQuiet(bool on) { quiet = on; }
 
-  /// Writes `shown` from now on wherever a message has `name`.
-  void setAlias(const std::string& name, const std::string& shown);
-
   /// Reports why a command failed.
   void fail(const std::string& message);
 
@@ -35,8 +32,6 @@ class MessageLog {
   bool quiet = false;
   unsigned long warnings = 0;
   unsigned long errors = 0;
-  std::string aliased;
-  std::string alias;
   Plinth::Console::Handler previous;
 };
 

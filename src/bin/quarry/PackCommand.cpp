@@ -5,9 +5,9 @@
 #include "Compression.h"
 #include "Failure.h"
 #include "FileBytes.h"
+#include "InputOptions.h"
 #include "LineMarkers.h"
 #include "SharedOptions.h"
-#include "SourceOptions.h"
 #include "Texts.h"
 
 #include <algorithm>
@@ -18,20 +18,17 @@ namespace Tool {
 
 namespace {
 
-struct PackOptions {
+struct PackOptions : InputOptions {
   std::string file;
   std::string target = "-";
-  bool isUnlimited = false;
 
-  std::string getShownName() const { return file == "-" ? Texts::STANDARD_INPUT : file; }
-  unsigned long getMostBytes() const {
-    return (isUnlimited ? Quarry::ParserLimits() : getDefaultLimits()).preprocessedBytes;
-  }
+  using InputOptions::getShownName;
+  const std::string& getShownName() const { return getShownName(file); }
 
   void addTo(Command& command) {
     addFile(command, file);
     addTarget(command, target);
-    addUnlimited(command, isUnlimited);
+    InputOptions::addTo(command);
   }
 };
 
@@ -50,7 +47,7 @@ std::string pack(const std::string& text, const std::string& name) {
 
 ExitStatus runPack(const PackOptions& options, MessageLog& log) {
   Output output(ColorChoice::AUTO);
-  const std::string text = readBytes(options.file, options.getMostBytes());
+  const std::string text = options.readBytes(options.file);
   writeData(options.target, pack(text, options.getShownName()), output);
   output.flush();
   return statusOf(log);
@@ -58,33 +55,18 @@ ExitStatus runPack(const PackOptions& options, MessageLog& log) {
 
 // --- Unpack --------------------------------------------------------------------------------------
 
-std::string unpackBytes(const std::string& packed, const PackOptions& options) {
-  if (!isCompressed(packed)) throw Failure(Texts::notPacked(options.getShownName()));
-  std::string bytes;
-  switch (decompress(packed, options.getMostBytes(), bytes)) {
-    case UnpackResult::UNPACKED: return bytes;
-    case UnpackResult::DAMAGED: throw Failure(Texts::damaged(options.getShownName()));
-    default: throw Failure(Texts::tooLarge(options.getShownName(), options.getMostBytes()));
-  }
-}
-
 /// What the library does not read as it was meant is given back as it was meant.
 std::string unpack(const std::string& packed, const PackOptions& options) {
-  const std::string bytes = unpackBytes(packed, options);
-  if (!hasLineMarkers(bytes)) {
-    Plinth::console.warning(Texts::noLineMarkers(options.getShownName()), std::string());
-    return bytes;
-  }
-  try {
-    return takeLineMarkers(bytes);
-  } catch (const std::out_of_range&) {
-    throw Failure(Texts::badCompression(options.getShownName()));
-  }
+  if (!isCompressed(packed)) throw Failure(Texts::notPacked(options.getShownName()));
+  std::string bytes = options.unpackBytes(packed, options.file);
+  if (hasLineMarkers(bytes)) return options.takeMarkers(bytes, options.file);
+  Plinth::console.warning(Texts::noLineMarkers(options.getShownName()), std::string());
+  return bytes;
 }
 
 ExitStatus runUnpack(const PackOptions& options, MessageLog& log) {
   Output output(ColorChoice::AUTO);
-  const std::string packed = readBytes(options.file, options.getMostBytes());
+  const std::string packed = options.readBytes(options.file);
   writeText(options.target, unpack(packed, options), output);
   output.flush();
   return statusOf(log);

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <string_view>
 #include <system_error>
@@ -13,6 +14,11 @@
 namespace Tool {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+const Clock::time_point START = Clock::now();  ///< of the program
+bool isOneShown = false;                       ///< only the first thread asks
 
 constexpr std::chrono::seconds PATIENCE(1);       ///< before the first line
 constexpr std::chrono::milliseconds PERIOD(200);  ///< between two lines
@@ -36,13 +42,14 @@ std::string shorten(const std::string& text) {
 }  // namespace
 
 /// Without a thread there is no line: the work is done all the same.
-Progress::Progress() {
-  if (!isWanted()) return;
+Progress::Progress(const std::string& work) : text(work) {
+  if (isOneShown || !isWanted()) return;
   try {
     thread = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    thread = std::thread();
+    return;
   }
+  isOneShown = true;
 }
 
 Progress::~Progress() {
@@ -50,46 +57,28 @@ Progress::~Progress() {
   {
     const std::lock_guard lock(mutex);
     hasEnded = true;
-    erase();
   }
   ended.notify_one();
   thread.join();
-}
-
-void Progress::show(const std::string& work) {
-  if (!thread.joinable()) return;
-  std::string shown = escapeForTerminal(shorten(work), Layout::ESCAPED, isUtf8Environment());
-  const std::lock_guard lock(mutex);
-  text = std::move(shown);
-}
-
-void Progress::hide() {
-  if (!thread.joinable()) return;
-  const std::lock_guard lock(mutex);
-  erase();
-  text.clear();
+  isOneShown = false;
 }
 
 void Progress::run() {
   std::unique_lock lock(mutex);
-  Clock::time_point next = start + PATIENCE;
+  Clock::time_point next = START + PATIENCE;
   while (!ended.wait_until(lock, next, [this] { return hasEnded; })) {
-    if (!text.empty()) draw();
+    draw();
     next = Clock::now() + PERIOD;
   }
+  if (isDrawn) (void)writeAll(STDERR_FILENO, ERASE);
 }
 
 /// Nothing can be done where the terminal takes no text.
 void Progress::draw() {
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start);
-  const std::string line = ERASE + text + " (" + std::to_string(seconds.count()) + " s)";
-  (void)writeAll(STDERR_FILENO, line);
+  const std::string shown = escapeForTerminal(shorten(text), Layout::ESCAPED, isUtf8Environment());
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - START);
+  (void)writeAll(STDERR_FILENO, ERASE + shown + " (" + std::to_string(seconds.count()) + " s)");
   isDrawn = true;
-}
-
-void Progress::erase() {
-  if (isDrawn) (void)writeAll(STDERR_FILENO, ERASE);
-  isDrawn = false;
 }
 
 }  // namespace Tool

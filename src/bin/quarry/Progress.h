@@ -1,7 +1,6 @@
 /// Tells on a terminal what takes long.
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -9,34 +8,27 @@
 
 namespace Tool {
 
-/// Shows a line on standard error, where that is a terminal, once a second of work is over, with
-/// the time that has gone by. The line is gone when this object is, and while it is hidden.
+/// Shows a line on standard error, where that is a terminal, once the program has run for a second,
+/// with the time that has gone by. The line is gone when this object is: nothing else may be
+/// written while it lives. Within the life of another, an object shows nothing: the whole work has
+/// the line.
 class Progress {
  public:
-  Progress();
+  /// @param work what is being done
+  explicit Progress(const std::string& work);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress();
 
-  /// Tells what is being done from now on.
-  void show(const std::string& work);
-
-  /// Has to be called before anything else is written.
-  void hide();
-
  private:
-  using Clock = std::chrono::steady_clock;
-
   void run();
   void draw();
-  void erase();
 
-  const Clock::time_point start = Clock::now();
+  const std::string text;
   std::mutex mutex;
   std::condition_variable ended;
   bool hasEnded = false;
   bool isDrawn = false;
-  std::string text;  ///< empty while hidden
   std::thread thread;
 };
 

@@ -1,8 +1,12 @@
+#include <Quarry/ParserFile.h>
+
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Document.h"
 #include "Failure.h"
+#include "MemoryFile.h"
+#include "Output.h"
 #include "SharedOptions.h"
+#include "SourceOptions.h"
 #include "Texts.h"
 
 #include <filesystem>
@@ -27,9 +31,7 @@ void writeFile(Quarry::ParserFile& file, const std::string& name) {
 }
 
 /// Only ParserFile::write() knows how a document begins, so standard output gets what that wrote.
-void rewrite(const Document& document, const std::string& target, Output& output) {
-  Quarry::ParserFile file;
-  document.read(file);
+void write(Quarry::ParserFile& file, const std::string& target, Output& output) {
   if (target != "-") return writeFile(file, target);
   const MemoryFile copy;
   if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(target));
@@ -43,7 +45,9 @@ struct RewriteOptions : DocumentOptions {
 ExitStatus run(const RewriteOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(ColorChoice::AUTO);
-  rewrite(Document(options, log), options.target, output);
+  Quarry::ParserFile file;
+  options.readTree(file.getRoot());
+  write(file, options.target, output);
   output.flush();
   return statusOf(log);
 }

@@ -3,79 +3,96 @@
 #include <Plinth/Console.h>
 
 #include "Failure.h"
+#include "FileBytes.h"
+#include "Progress.h"
 #include "SharedOptions.h"
+#include "SilentConsole.h"
 #include "Texts.h"
-
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
-#include <cstring>
 
 namespace Tool {
 
-using Quarry::ParserLimits;
 using Quarry::SourceDiagnostic;
 using Quarry::SourceDocument;
 using Quarry::SourcePlace;
+using Quarry::SourceRule;
 
-ParserLimits getDefaultLimits() {
-  ParserLimits limits;
-  limits.includeDepth = 64;
-  limits.preprocessedBytes = 1UL << 30;
-  limits.nestingDepth = 10000;
-  return limits;
-}
+// --- SourceOptions -------------------------------------------------------------------------------
 
 void SourceOptions::addTo(Command& command) {
   addSearchPaths(command, searchPaths);
-  command.addOption("--stdin-filename", "NAME", standInName,
-                    "What standard input is called in messages, and where it lies");
-  addUnlimited(command, isUnlimited);
+  InputOptions::addTo(command);
 }
 
 bool SourceOptions::read(SourceDocument& document, const std::string& file) const {
-  if (file == "-") return readInput(document, readStandardInput());
+  if (file == "-") {
+    const Progress progress(Texts::reading(standInName));
+    return readInput(document, readBytes(file));
+  }
+  const Progress progress(Texts::reading(file));
   prepare(document);
   return document.read(file);
 }
 
 bool SourceOptions::readInput(SourceDocument& document, const std::string& bytes) const {
+  const Progress progress(Texts::reading(standInName));
   prepare(document);
-  return document.readText(standInName, bytes);
+  if (!isCompressed(bytes)) return document.readText(standInName, bytes);
+  return document.readText(standInName, takeMarkers(unpackBytes(bytes, "-"), "-"));
 }
 
 void SourceOptions::readWhole(SourceDocument& document, const std::string& file) const {
   const bool isRead = read(document, file);
-  report(document, isRead, file == "-" ? standInName : file);
+  warnOf(document);
+  if (!isRead) throw Failure(Texts::cannotRead(getShownName(file)));
 }
 
 void SourceOptions::readWholeInput(SourceDocument& document, const std::string& bytes) const {
-  report(document, readInput(document, bytes), standInName);
+  const bool isRead = readInput(document, bytes);
+  warnOf(document);
+  if (!isRead) throw Failure(Texts::cannotRead(standInName));
 }
 
 void SourceOptions::prepare(SourceDocument& document) const {
   document.setSearchPaths(searchPaths);
-  if (!isUnlimited) document.setLimits(getDefaultLimits());
+  document.setLimits(getLimits());
 }
 
-/// Gives the warnings of a document, and throws where it was not read.
-void SourceOptions::report(const SourceDocument& document, bool isRead, const std::string& name) {
+// --- DocumentOptions -----------------------------------------------------------------------------
+
+void DocumentOptions::addTo(Command& command) {
+  addFile(command, file);
+  addQuiet(command, quiet);
+  SourceOptions::addTo(command);
+}
+
+void DocumentOptions::readWhole(SourceDocument& document) const {
+  SourceOptions::readWhole(document, file);
+}
+
+/// Whatever the preprocessor warns of keeps it from making the text.
+void DocumentOptions::expand(SourceDocument& document) const {
+  read(document, file);
+  if (document.getVersion() > 0.0) return;
+  warnOf(document);
+  throw Failure(Texts::cannotRead(getShownName()));
+}
+
+void DocumentOptions::readTree(Quarry::ParserGroup& root) const {
+  SourceDocument document;
+  readWhole(document);
+  makeTree(document, root);
+}
+
+// --- Documents that were read --------------------------------------------------------------------
+
+void makeTree(const SourceDocument& document, Quarry::ParserGroup& root) {
+  const SilentConsole silence;
+  root.setText(document.getText(), document.getVersion());
+}
+
+void warnOf(const SourceDocument& document) {
   for (const SourceDiagnostic& diagnostic : document.getDiagnostics())
     Plinth::console.warning(formatDiagnostic(document, diagnostic), std::string());
-  if (!isRead) throw Failure(Texts::cannotRead(name));
-}
-
-std::string readStandardInput() {
-  std::string bytes;
-  std::array<char, 1 << 16> block;
-  for (;;) {
-    const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
-    if (count == 0) return bytes;
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throw Failure(Texts::cannotRead(Texts::STANDARD_INPUT, strerror(errno)));
-    bytes.append(block.data(), static_cast<std::size_t>(count));
-  }
 }
 
 std::string formatDiagnostic(const SourceDocument& document, const SourceDiagnostic& diagnostic) {

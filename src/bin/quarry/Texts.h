@@ -43,22 +43,6 @@ inline std::string cannotBuffer(const std::string& reason) {
   return "Cannot make a file in memory: " + reason + ".";
 }
 
-/// The library ends reading there without a message.
-inline std::string closesNoGroup(unsigned long line, unsigned long column) {
-  return "(" + std::to_string(line) + ":" + std::to_string(column) +
-         ") '}' closes no group; the rest of the document is not read.";
-}
-
-inline std::string groupsNotClosed(unsigned long count) {
-  return "The document ends within " + std::to_string(count) +
-         (count == 1 ? " group that is not closed." : " groups that are not closed.");
-}
-
-inline std::string groupsLeftOut(unsigned long count) {
-  return std::to_string(count) + (count == 1 ? " group is" : " groups are") +
-         " nested too deeply and left out; --no-limits shows everything.";
-}
-
 // --- The binary form -----------------------------------------------------------------------------
 
 inline std::string noBinaryOnTerminal() {
@@ -155,6 +139,10 @@ inline std::string compressedWithoutMarkers() {
 inline std::string rewriteChanges(const std::string& path, const std::string& reason) {
   return "A rewrite changes '" + path + "'. " + reason;
 }
+
+inline std::string reading(const std::string& name) { return "Reading " + name; }
+
+inline std::string formatting(const std::string& name) { return "Formatting " + name; }
 
 inline std::string checking(const std::string& name, unsigned long number, unsigned long count) {
   return "Checking " + std::to_string(number) + " of " + std::to_string(count) + ": " + name;

@@ -1,13 +1,12 @@
-#include <Plinth/Console.h>
-#include <Quarry/internal/Messages.h>
 #include <Quarry/internal/ParserWordStream.h>
 #include <Quarry/internal/TextParser.h>
 
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Document.h"
+#include "Failure.h"
 #include "ItemLine.h"
 #include "SharedOptions.h"
+#include "SourceOptions.h"
 #include "Texts.h"
 
 #include <limits>
@@ -64,33 +63,22 @@ class TreePrinter {
     beginGroup(word);
   }
 
-  void groupLeftOut(const ParserWord&) { ++groupsLeftOut; }
+  void groupLeftOut(const ParserWord&) {}
 
-  void endGroup(const ParserWord* word) {
+  void endGroup(const ParserWord*) {
     line.end();
     --depth;
-    if (word == nullptr) ++unclosedGroups;
   }
 
   void endCall(const ParserWord&) {}
 
-  void endDocument(const ParserWord& word) {
-    line.end();
-    warn(Texts::closesNoGroup(word.getLine(), word.getColumn()));
-  }
+  void endDocument(const ParserWord&) { line.end(); }
 
-  void warning(Quarry::Diagnostic diagnostic, const ParserWord& word) {
-    warn(Quarry::Messages::parserWarning(diagnostic, word));
-  }
+  /// The source layer has told of it, with its place.
+  void warning(Quarry::Diagnostic, const ParserWord&) {}
 
   /// Has to be called when everything is read.
-  /// @return whether nothing was left out
-  bool finish() {
-    line.end();
-    if (unclosedGroups > 0) warn(Texts::groupsNotClosed(unclosedGroups));
-    if (groupsLeftOut > 0) warn(Texts::groupsLeftOut(groupsLeftOut));
-    return groupsLeftOut == 0;
-  }
+  void finish() { line.end(); }
 
  private:
   bool isShown() const { return depth <= depthLimit; }
@@ -107,25 +95,18 @@ class TreePrinter {
     }
   }
 
-  static void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
-
   const std::string_view text;
   const unsigned long depthLimit;
   Output& output;
   ItemLine line;
   unsigned long depth = 0;
-  unsigned long unclosedGroups = 0;
-  unsigned long groupsLeftOut = 0;
 };
 
-void showTree(const Document& document, unsigned long depthLimit, Output& output) {
-  const ExpandedText expanded = document.expand();
-  Quarry::ParserWordStream words(expanded.text, expanded.version);
-  TreePrinter printer(expanded.text, depthLimit, output);
+void showTree(const Quarry::SourceDocument& document, unsigned long depthLimit, Output& output) {
+  Quarry::ParserWordStream words(document.getText(), document.getVersion());
+  TreePrinter printer(document.getText(), depthLimit, output);
   Quarry::TextParser(words, printer, document.getLimits().nestingDepth).parse();
-  const bool isWhole = printer.finish();
-  output.flush();
-  if (!isWhole) document.fail();
+  printer.finish();
 }
 
 struct TreeOptions : DocumentOptions {
@@ -133,10 +114,16 @@ struct TreeOptions : DocumentOptions {
   unsigned long depthLimit = std::numeric_limits<unsigned long>::max();
 };
 
+/// Groups that are nested too deeply are left out of what is shown.
 ExitStatus run(const TreeOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(options.color);
-  showTree(Document(options, log), options.depthLimit, output);
+  Quarry::SourceDocument document;
+  const bool isRead = options.read(document, options.file);
+  warnOf(document);
+  if (document.getVersion() > 0.0) showTree(document, options.depthLimit, output);
+  output.flush();
+  if (!isRead) throw Failure(Texts::cannotRead(options.getShownName()));
   return statusOf(log);
 }
 

@@ -2,8 +2,8 @@
 
 #include "CommandTable.h"
 #include "Commands.h"
-#include "Document.h"
 #include "SharedOptions.h"
+#include "SourceOptions.h"
 
 #include <algorithm>
 #include <memory>
@@ -53,17 +53,16 @@ std::string padded(std::string text, std::size_t width) {
   return text;
 }
 
-void showWords(const Document& document, Output& output) {
-  const ExpandedText expanded = document.expand();
-  Quarry::ParserWordStream words(expanded.text, expanded.version);
+void showWords(const Quarry::SourceDocument& document, Output& output) {
+  const std::string_view text = document.getText();
+  Quarry::ParserWordStream words(document.getText(), document.getVersion());
   while (const ParserWord* word = words.next()) {
     const Kind kind = classify(*word);
     const std::string place =
         std::to_string(word->getLine()) + ":" + std::to_string(word->getColumn());
     output.write(padded(place, PLACE_WIDTH));
     output.writeWord(Style::TYPE, padded(kind.name, KIND_WIDTH));
-    output.writeWord(kind.style,
-                     std::string_view(expanded.text).substr(word->getStart(), word->getLength()));
+    output.writeWord(kind.style, text.substr(word->getStart(), word->getLength()));
     output.write("\n");
   }
 }
@@ -75,7 +74,9 @@ struct WordsOptions : DocumentOptions {
 ExitStatus run(const WordsOptions& options, MessageLog& log) {
   log.setQuiet(options.quiet);
   Output output(options.color);
-  showWords(Document(options, log), output);
+  Quarry::SourceDocument document;
+  options.expand(document);
+  showWords(document, output);
   output.flush();
   return statusOf(log);
 }
