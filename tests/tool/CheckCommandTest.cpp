@@ -83,6 +83,20 @@ TEST(CheckCommandTest, AByteOrderMarkHasNoColumn) {
               HasSubstr("standard input:1:1: warning: Unknown word type: '\xEF\xBB\xBF'"));
 }
 
+TEST(CheckCommandTest, AByteOrderMarkIsAFindingOfItsOwn) {
+  EXPECT_THAT(check("\xEF\xBB\xBF// one\na 1\n").output,
+              StartsWith("standard input:1:1: warning: The file begins with a byte order mark "
+                         "(EF BB BF), which is taken for part of a word. [byte-order-mark]\n"));
+}
+
+TEST(CheckCommandTest, AByteOrderMarkOfAFileThatIsIncludedTwiceIsNotedOnce) {
+  const TemporaryFolder folder;
+  const WorkingDirectory inside(folder.getPath());
+  folder.write("b.cfg", "\xEF\xBB\xBF b 1\n");
+  folder.write("a.cfg", "#include \"b.cfg\"\n#include \"b.cfg\"\n");
+  EXPECT_EQ(runTool({"check", "a.cfg"}).messages, "3 warnings in 1 file\n");
+}
+
 TEST(CheckCommandTest, StandardInputCanHaveAName) {
   EXPECT_THAT(runTool({"check", "--stdin-filename", "a.cfg", "-"}, ",").output,
               HasSubstr("a.cfg:1:1: warning:"));
@@ -401,6 +415,22 @@ TEST(CheckCompressedTest, AFileWithoutMarkersIsAFindingAtTheFirstByteThatIsLost)
                     "a 12\n"
                     "   ^\n",
                     "1 warning in 1 file\n"}));
+}
+
+TEST(CheckCompressedTest, StandardInputWithoutMarkersIsAFindingToo) {
+  const TemporaryFolder folder;
+  folder.writeCompressed("a.cfg", "a 12\nb 22\n");
+  EXPECT_THAT(runTool({"check", "--stdin-filename", "a.cfg", "-"}, folder.read("a.cfg")).output,
+              StartsWith("a.cfg:1:4: warning: The compressed file lacks a marker ('$')"));
+}
+
+TEST(CheckCompressedTest, DamagedStandardInputCannotBeRead) {
+  const TemporaryFolder folder;
+  folder.writeCompressed("a.cfg", "a 12$\nb 22$\n");
+  const std::string packed = folder.read("a.cfg");
+  const Result result = runTool({"check", "-"}, packed.substr(0, packed.size() - 9));
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.messages, HasSubstr("standard input"));
 }
 
 TEST(CheckCompressedTest, OtherMarkersJoinLinesWhereTheFileHasOnesThatKeepThem) {

@@ -106,7 +106,7 @@ set --local source list find get explain diff check format set add remove rename
 set --local edit set add remove rename
 
 __quarry_option "$document $source" --short-option I --long-option include --require-parameter --arguments '(__fish_complete_directories)' --description 'Look for documents in a folder first'
-__quarry_option "$source" --long-option stdin-filename --require-parameter --force-files --description 'What standard input is called'
+__quarry_option "$document $source decode pack unpack" --long-option stdin-filename --require-parameter --force-files --description 'What standard input is called'
 __quarry_option "$document $source decode pack unpack" --long-option no-limits --description 'Read documents of any size, nesting and depth of includes'
 __quarry_option "$document decode list find get diff check convert" --short-option q --long-option quiet --description 'Show no warnings'
 __quarry_option "$edit convert rewrite encode decode pack unpack" --short-option o --long-option output --require-parameter --force-files --description 'Where to write to'

@@ -69,6 +69,7 @@ class Check {
     if (!options.quiet) writer.beginDocument();
     const FindingTaker take = [this](const Finding& finding) { this->take(finding); };
     findUnmarkedFiles(document, take);
+    findByteOrderMarks(document, take);
     findDiagnostics(document, take);
     if (options.withRewrite) findRewriteHazards(document, take);
   }

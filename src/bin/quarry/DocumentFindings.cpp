@@ -22,6 +22,11 @@ constexpr Rule COMPRESSED_WITHOUT_MARKERS = {
     "A compressed file lacks the markers before its line feeds; reading takes two bytes of each "
     "line."};
 
+constexpr Rule BYTE_ORDER_MARK = {
+    "byte-order-mark", "A file begins with a byte order mark, which is taken for part of a word."};
+
+constexpr std::string_view MARK_BYTES = "\xEF\xBB\xBF";
+
 /// Tells whether a document that cannot be read may be so because of a diagnostic.
 bool preventsReading(SourceRule rule) {
   switch (rule) {
@@ -107,6 +112,7 @@ std::vector<Rule> getFindingRules() {
   std::vector<Rule> rules;
   for (const SourceRule rule : Quarry::getRules())
     rules.push_back({Quarry::getRuleName(rule), Quarry::getRuleDescription(rule)});
+  rules.push_back(BYTE_ORDER_MARK);
   rules.push_back(COMPRESSED_WITHOUT_MARKERS);
   return rules;
 }
@@ -126,6 +132,25 @@ void findDiagnostics(const CheckedDocument& document, const FindingTaker& take) 
     } else {
       finding.place.path = document.path;
     }
+    take(finding);
+  }
+}
+
+/// A file that is included several times is named at its first opening.
+void findByteOrderMarks(const CheckedDocument& document, const FindingTaker& take) {
+  const SourceDocument& source = document.source;
+  std::vector<bool> areSeen(source.getFileCount());
+  for (unsigned long i = 0; i < source.getOpeningCount(); ++i) {
+    const unsigned long file = source.getOpening(i).file;
+    if (areSeen[file]) continue;
+    areSeen[file] = true;
+    if (!source.getFile(file).getText().starts_with(MARK_BYTES)) continue;
+    Finding finding;
+    finding.rule = BYTE_ORDER_MARK.name;
+    finding.text = Texts::byteOrderMark();
+    finding.place = source.getPlace({i, 0});
+    finding.line = source.getFile(file).getLine(1);
+    finding.length = MARK_BYTES.size();
     take(finding);
   }
 }

@@ -29,6 +29,9 @@ struct CheckedDocument {
 /// Finds what the library warns of and what it passes over in silence.
 void findDiagnostics(const CheckedDocument& document, const FindingTaker& take);
 
+/// Finds files that begin with a byte order mark, which the library takes for part of a word.
+void findByteOrderMarks(const CheckedDocument& document, const FindingTaker& take);
+
 /// Finds compressed files that lack the markers before their line feeds.
 void findUnmarkedFiles(const CheckedDocument& document, const FindingTaker& take);
 

@@ -131,6 +131,10 @@ inline std::string badPattern(const std::string& pattern) {
 
 // --- Checking ------------------------------------------------------------------------------------
 
+inline std::string byteOrderMark() {
+  return "The file begins with a byte order mark (EF BB BF), which is taken for part of a word.";
+}
+
 inline std::string compressedWithoutMarkers() {
   return "The compressed file lacks a marker ('$') before its line feeds; reading takes the last "
          "two bytes of each line.";
