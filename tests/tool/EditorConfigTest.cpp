@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <quarry/EditorConfig.h>
+#include <quarry/Failure.h>
 
 #include "support/TemporaryFolder.h"
 
@@ -7,66 +8,6 @@ namespace ToolTest {
 
 using TestSupport::TemporaryFolder;
 using Tool::EditorProperties;
-
-namespace {
-
-EditorProperties getProperties(const std::string& text, const std::string& path) {
-  EditorProperties properties;
-  Tool::applyEditorConfig(text, path, properties);
-  return properties;
-}
-
-bool appliesTo(const std::string& pattern, const std::string& path) {
-  return getProperties("[" + pattern + "]\na = 1\n", path).count("a") > 0;
-}
-
-}  // namespace
-
-// --- Lines ---------------------------------------------------------------------------------------
-
-TEST(EditorConfigTest, PropertiesOfAMatchingSectionAreTaken) {
-  EXPECT_EQ(getProperties("[*.cfg]\nindent_size=2\n[*.txt]\nindent_size=8\n", "a.cfg"),
-            (EditorProperties{{"indent_size", "2"}}));
-}
-
-TEST(EditorConfigTest, LaterSectionsPrevail) {
-  EXPECT_EQ(getProperties("[*]\na = 1\nb = 2\n[*.cfg]\na = 3\n", "x.cfg"),
-            (EditorProperties{{"a", "3"}, {"b", "2"}}));
-}
-
-TEST(EditorConfigTest, NamesAndValuesAreInLowerCase) {
-  EXPECT_EQ(getProperties("[*]\nIndent_Style = TAB\n", "x"),
-            (EditorProperties{{"indent_style", "tab"}}));
-}
-
-TEST(EditorConfigTest, CommentsAndLinesThatSayNothingArePassedOver) {
-  EXPECT_EQ(
-      getProperties("\xEF\xBB\xBF[*]\r\n# a = 1\r\n; b = 2\r\nword\r\n = 3\r\n\tc\t=\t4\r\n", "x"),
-      (EditorProperties{{"c", "4"}}));
-}
-
-TEST(EditorConfigTest, PropertiesBeforeTheFirstSectionAreAboutNoFile) {
-  EXPECT_EQ(getProperties("a = 1\n[*]\n", "x"), EditorProperties());
-}
-
-TEST(EditorConfigTest, RootIsSaidBeforeTheFirstSection) {
-  EXPECT_TRUE(Tool::isRootEditorConfig("; top\nroot = TRUE\n[*]\n"));
-  EXPECT_FALSE(Tool::isRootEditorConfig("root = false\n"));
-  EXPECT_FALSE(Tool::isRootEditorConfig("[*]\nroot = true\n"));
-}
-
-// --- Sections ------------------------------------------------------------------------------------
-
-TEST(EditorConfigTest, ASectionWithoutASlashIsAboutNamesInAnyFolder) {
-  EXPECT_TRUE(appliesTo("*.cfg", "b/c/a.cfg"));
-}
-
-TEST(EditorConfigTest, ASectionWithASlashIsAboutPaths) {
-  EXPECT_TRUE(appliesTo("b/*.cfg", "b/a.cfg"));
-  EXPECT_TRUE(appliesTo("/a.cfg", "a.cfg"));
-  EXPECT_FALSE(appliesTo("/a.cfg", "b/a.cfg"));
-  EXPECT_FALSE(appliesTo("b/*.cfg", "c/b/a.cfg"));
-}
 
 // --- Files ---------------------------------------------------------------------------------------
 
@@ -91,6 +32,18 @@ TEST(EditorConfigTest, ARelativePathIsFollowedFromTheWorkingFolder) {
   folder.write(".editorconfig", "root = true\n[inner/x.cfg]\na = 1\n");
   const TestSupport::WorkingDirectory inside(folder.getPath());
   EXPECT_EQ(Tool::readEditorProperties("./inner/../inner/x.cfg"), (EditorProperties{{"a", "1"}}));
+}
+
+TEST(EditorConfigTest, ALineThatSaysNothingIsNamed) {
+  const TemporaryFolder folder;
+  const std::string config = folder.write(".editorconfig", "root = true\n[*]\nword\n");
+  try {
+    Tool::readEditorProperties(folder.getPath("x.cfg"));
+    FAIL() << "it was read";
+  } catch (const Tool::Failure& failure) {
+    EXPECT_EQ(failure.what(),
+              "Cannot read '" + config + "': line 3 is neither a section nor a property.");
+  }
 }
 
 // --- Style ---------------------------------------------------------------------------------------

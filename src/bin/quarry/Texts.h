@@ -194,6 +194,12 @@ inline std::string cannotFormat(const std::string& name, const std::string& reas
   return "Cannot format '" + name + "': " + reason + ".";
 }
 
+inline std::string badEditorConfig(const std::string& name, int line) {
+  return "Cannot read '" + name + "': line " + std::to_string(line) +
+         " is neither a section nor a "
+         "property.";
+}
+
 inline std::string cannotFormatCompressed(const std::string& name) {
   return cannotFormat(name, "it is compressed");
 }
