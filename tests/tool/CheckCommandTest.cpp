@@ -343,6 +343,15 @@ TEST(CheckRewriteTest, HazardsStandBehindTheOtherFindingsWhichAreToldOnce) {
             "2 warnings in 1 file\n");
 }
 
+TEST(CheckRewriteTest, EachOfManyHazardsHasItsPlace) {
+  const std::string output =
+      runTool({"check", "--rewrite", "-"}, repeat("a \"C:\\\"\n2\n", 1000) + "g { b \"\\\"\n3 }")
+          .output;
+  for (int i = 0; i < 1000; ++i)
+    EXPECT_THAT(output, HasSubstr("standard input:" + std::to_string(2 * i + 1) + ":3: warning:"));
+  EXPECT_THAT(output, HasSubstr("standard input:2001:7: warning: A rewrite changes 'g/b#1'."));
+}
+
 TEST(CheckRewriteTest, ADocumentThatSurvivesIsFine) {
   EXPECT_EQ(runTool({"check", "--rewrite", "-"}, "a \"C:\\\"\nb { c(1, yes) }\n"),
             (Result{0, "", ""}));

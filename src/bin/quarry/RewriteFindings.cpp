@@ -4,7 +4,13 @@
 #include <QuarrySource/RewriteGuard.h>
 #include <QuarrySource/SourceTree.h>
 
+#include "ItemPaths.h"
+#include "SourceOptions.h"
 #include "Texts.h"
+
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace Tool {
 
@@ -12,7 +18,6 @@ using Quarry::ParserValue;
 using Quarry::RewriteHazard;
 using Quarry::SourceItem;
 using Quarry::SourcePiece;
-using Quarry::SourceTarget;
 using Quarry::SourceTree;
 using Quarry::SourceValue;
 
@@ -35,10 +40,37 @@ Extent getExtent(const SourceTree& tree, const SourceItem& item, unsigned long i
   return {item.nameBegin, item.nameLength};
 }
 
+/// Finds items by their paths. Hazards come in the order of the document, so that all of them take
+/// one walk through it; in any other order they are found as well.
+class ItemFinder {
+ public:
+  explicit ItemFinder(const SourceTree& searched) : tree(searched), paths(std::in_place, tree) {}
+
+  /// @return an index for SourceTree::getItem(), NOWHERE where there is no such item
+  unsigned long find(std::string_view path) {
+    if (paths->getIndex() != SourceTree::NOWHERE && paths->getPath() == path)
+      return paths->getIndex();
+    if (walkTo(path)) return paths->getIndex();
+    paths.emplace(tree);
+    return walkTo(path) ? paths->getIndex() : SourceTree::NOWHERE;
+  }
+
+ private:
+  bool walkTo(std::string_view path) {
+    while (paths->next()) {
+      if (paths->getPath() == path) return true;
+    }
+    return false;
+  }
+
+  const SourceTree& tree;
+  std::optional<ItemPaths> paths;
+};
+
 /// The number of a value is that of the tree, not that of the source.
-SourceTarget findItem(const SourceTree& tree, const RewriteHazard& hazard) {
-  const bool isValue = hazard.value != RewriteHazard::NO_VALUE;
-  return tree.find(isValue ? hazard.path.substr(0, hazard.path.rfind('#')) : hazard.path);
+std::string_view getItemPath(const RewriteHazard& hazard) {
+  const std::string_view path = hazard.path;
+  return hazard.value == RewriteHazard::NO_VALUE ? path : path.substr(0, path.rfind('#'));
 }
 
 void setPlace(Finding& finding, const SourceTree& tree, const Extent& extent) {
@@ -62,19 +94,19 @@ std::vector<Rule> getRewriteRules() {
 void findRewriteHazards(const CheckedDocument& document, const FindingTaker& take) {
   if (!document.isRead) return;
   Quarry::ParserGroup root("root");
-  root.setText(document.source.getText(), document.source.getVersion());
+  makeTree(document.source, root);
   const std::vector<RewriteHazard> hazards = Quarry::RewriteGuard::examine(root);
   if (hazards.empty()) return;
   const SourceTree tree(document.source);
+  ItemFinder finder(tree);
   for (const RewriteHazard& hazard : hazards) {
     Finding finding;
     finding.rule = Quarry::getHazardName(hazard.kind);
     finding.text = Texts::rewriteChanges(hazard.path, hazard.reason);
     finding.place.path = document.path;
-    const SourceTarget target = findItem(tree, hazard);
-    if (target.isFound() && target.item != SourceTree::NOWHERE) {
-      setPlace(finding, tree, getExtent(tree, tree.getItem(target.item), hazard.value));
-    }
+    const unsigned long item = finder.find(getItemPath(hazard));
+    if (item != SourceTree::NOWHERE)
+      setPlace(finding, tree, getExtent(tree, tree.getItem(item), hazard.value));
     take(finding);
   }
 }
