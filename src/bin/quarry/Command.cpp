@@ -47,8 +47,8 @@ CommandOption Command::addOption(const std::string& names, const std::string& wo
   return CommandOption(app->add_option(names, value, description)->option_text(word));
 }
 
-CommandOption Command::addOption(const std::string& names, const std::string& word, Take take,
-                                 const std::string& description) {
+CommandOption Command::addOption(const std::string& names, const std::string& word,
+                                 const Take& take, const std::string& description) {
   return CommandOption(
       app->add_option_function<std::string>(names, take, description)->option_text(word));
 }

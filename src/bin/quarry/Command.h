@@ -62,7 +62,7 @@ class Command {
 
   CommandOption addOption(const std::string& names, const std::string& word, std::string& value,
                           const std::string& description);
-  CommandOption addOption(const std::string& names, const std::string& word, Take take,
+  CommandOption addOption(const std::string& names, const std::string& word, const Take& take,
                           const std::string& description);
 
   /// Adds an option that may be given several times.
@@ -79,6 +79,7 @@ class Command {
                           const std::vector<std::pair<std::string, Value>>& choices, Value& value,
                           const std::string& description) {
     std::vector<std::string> words;
+    words.reserve(choices.size());
     for (const auto& choice : choices)
       words.push_back(choice.first);
     const Take take = [choices, &value](const std::string& given) {

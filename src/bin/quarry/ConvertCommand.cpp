@@ -102,7 +102,7 @@ class Input {
     } else if (bytes.empty() || isRegularFile()) {
       options.readWhole(document, options.file);
     } else {
-      SourceOptions named = options;
+      SourceOptions named = static_cast<const SourceOptions&>(options);
       named.standInName = options.file;
       named.readWholeInput(document, bytes);
     }
@@ -164,7 +164,7 @@ void checkText(const std::string& text, const std::string& path, const ParserGro
 std::string makeText(ParserFile& file, const std::string& target) {
   const MemoryFile copy;
   if (!file.write(copy.getPath())) throw Failure(Texts::cannotWrite(target));
-  const std::string text = copy.read();
+  std::string text = copy.read();
   checkText(text, copy.getPath(), file.getRoot());
   return text;
 }
