@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "ShownDocument.h"
+#include "support/LinearTime.h"
 
+using Quarry::SourceDocument;
 using Quarry::SourceSpan;
 using TestSupport::MemoryFiles;
 using TestSupport::readDocument;
@@ -151,4 +153,34 @@ TEST(SourceSpanTest, AFileOfVersion0IsReadToItsEndAndTheOneAroundItIsNot) {
                              {"b.cfg", "#SerialVersion 0\nb 2"}};
   EXPECT_EQ(show(files, 0), "include[#include \"b.cfg\"] unread[ a 1]");
   EXPECT_EQ(show(files, 1), "version[#SerialVersion 0\\n] word[b] blank[ ] word[2]");
+}
+
+// --- Many files ----------------------------------------------------------------------------------
+
+TEST(SourceSpanTest, CuttingAllOpeningsTakesLinearTime) {
+  const auto make = [](unsigned long includes) {
+    std::string top;
+    for (unsigned long i = 0; i < includes; ++i)
+      top += "#include \"part.cfg\"\n";
+    return readDocument(MemoryFiles{{"top.cfg", top}, {"part.cfg", "a 1 // one\n"}});
+  };
+  TestSupport::checkTakesLinearTime(500, make, [](const std::unique_ptr<SourceDocument>& document) {
+    unsigned long spans = 0;
+    for (unsigned long opening = 0; opening < document->getOpeningCount(); ++opening)
+      spans += document->getSpans(opening).size();
+    EXPECT_EQ(spans, 7 * (document->getOpeningCount() - 1));
+  });
+}
+
+TEST(SourceSpanTest, CuttingAWordOfManyFilesTakesLinearTime) {
+  const auto make = [](unsigned long includes) {
+    std::string top;
+    for (unsigned long i = 0; i < includes; ++i)
+      top += "#include \"part.cfg\"";
+    return readDocument(MemoryFiles{{"top.cfg", top}, {"part.cfg", "word"}});
+  };
+  TestSupport::checkTakesLinearTime(500, make, [](const std::unique_ptr<SourceDocument>& document) {
+    for (unsigned long opening = 1; opening < document->getOpeningCount(); ++opening)
+      EXPECT_EQ(document->getSpans(opening).size(), 1U);
+  });
 }

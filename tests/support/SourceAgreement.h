@@ -36,8 +36,7 @@ class SourceAgreement {
     checkText();
     checkMessages();
     checkMap();
-    const unsigned long openings = document.getOpeningCount();
-    for (unsigned long opening = 0; opening < openings; opening += stepFor(openings))
+    for (unsigned long opening = 0; opening < document.getOpeningCount(); ++opening)
       checkSpans(opening);
     for (const Quarry::SourceDiagnostic& diagnostic : document.getDiagnostics())
       checkDiagnostic(diagnostic);

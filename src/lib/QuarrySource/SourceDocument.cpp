@@ -76,6 +76,7 @@ void SourceDocument::swap(SourceDocument& other) noexcept {
   std::swap(openings, other.openings);
   std::swap(runs, other.runs);
   std::swap(runsInFiles, other.runsInFiles);
+  std::swap(wordEnds, other.wordEnds);
   std::swap(marks, other.marks);
   std::swap(text, other.text);
   std::swap(version, other.version);
@@ -100,7 +101,7 @@ bool SourceDocument::readAgain() {
   clear();
   try {
     preprocess();
-    orderRuns();
+    orderByFile();
     return version > 0.0 && parse();
   } catch (...) {
     clear();
@@ -113,6 +114,7 @@ void SourceDocument::clear() {
   openings.clear();
   runs.clear();
   runsInFiles.clear();
+  wordEnds.clear();
   marks.clear();
   text.clear();
   version = UNREAD_VERSION;
@@ -134,13 +136,15 @@ void SourceDocument::preprocess() {
   }
 }
 
-/// The runs of a file stand apart in the text where it includes others.
-void SourceDocument::orderRuns() {
+/// What is known of a file stands apart where it includes others.
+void SourceDocument::orderByFile() {
   runsInFiles.resize(runs.size());
   std::iota(runsInFiles.begin(), runsInFiles.end(), 0UL);
   std::sort(runsInFiles.begin(), runsInFiles.end(), [this](unsigned long a, unsigned long b) {
     return isBefore(runs[a].position, runs[b].position);
   });
+  std::sort(marks.begin(), marks.end(),
+            [](const Mark& a, const Mark& b) { return isBefore(a.position, b.position); });
 }
 
 bool SourceDocument::parse() {
@@ -158,20 +162,40 @@ const SourceFile& SourceDocument::getFileOf(unsigned long opening) const {
 }
 
 std::vector<SourceSpan> SourceDocument::getSpans(unsigned long opening) const {
+  const std::vector<unsigned long>& ends = getWordEnds();
+  const SourcePosition begin = {opening, 0};
+  const SourcePosition end = {opening + 1, 0};
   SpanCutter cutter(text, version);
-  for (const Run& run : runs) {
-    if (run.position.opening == opening) {
-      cutter.cutRun(run.textOffset, run.length, run.position.offset);
-    } else {
-      cutter.passRun(run.textOffset, run.length);
-    }
+  const auto lastRun = findInFiles(end);
+  for (auto index = findInFiles(begin); index != lastRun; ++index) {
+    const Run& run = runs[*index];
+    cutter.cutRun(run.textOffset, run.length, ends[*index], run.position.offset);
   }
-  for (const Mark& mark : marks) {
-    if (mark.position.opening == opening) {
-      cutter.addMark(mark.kind, mark.position.offset, mark.length);
-    }
-  }
+  const auto isMarkBefore = [](const Mark& mark, const SourcePosition& position) {
+    return isBefore(mark.position, position);
+  };
+  const auto firstMark = std::lower_bound(marks.begin(), marks.end(), begin, isMarkBefore);
+  const auto lastMark = std::lower_bound(firstMark, marks.end(), end, isMarkBefore);
+  for (auto mark = firstMark; mark != lastMark; ++mark)
+    cutter.addMark(mark->kind, mark->position.offset, mark->length);
   return cutter.finish(getFileOf(opening).getText().size());
+}
+
+/// A word may begin in one run and go on in others, of whichever file.
+const std::vector<unsigned long>& SourceDocument::getWordEnds() const {
+  if (wordEnds.size() == runs.size()) return wordEnds;
+  std::vector<unsigned long> ends;
+  ends.reserve(runs.size());
+  ParserWordStream words(text, version);
+  const ParserWord* word = words.next();
+  unsigned long wordEnd = 0;
+  for (const Run& run : runs) {
+    for (; word != nullptr && word->getStart() < run.textOffset; word = words.next())
+      wordEnd = word->getStart() + word->getLength();
+    ends.push_back(wordEnd);
+  }
+  wordEnds = std::move(ends);
+  return wordEnds;
 }
 
 // --- The preprocessed text -----------------------------------------------------------------------
@@ -211,11 +235,17 @@ std::vector<SourcePiece> SourceDocument::getPieces(unsigned long offset,
   return pieces;
 }
 
+/// Returns the first of `runsInFiles` that does not begin before a position.
+std::vector<unsigned long>::const_iterator SourceDocument::findInFiles(
+    const SourcePosition& position) const {
+  return std::lower_bound(runsInFiles.begin(), runsInFiles.end(), position,
+                          [this](unsigned long index, const SourcePosition& wanted) {
+                            return isBefore(runs[index].position, wanted);
+                          });
+}
+
 unsigned long SourceDocument::getTextOffset(const SourcePosition& position) const {
-  const auto behind = std::upper_bound(runsInFiles.begin(), runsInFiles.end(), position,
-                                       [this](const SourcePosition& wanted, unsigned long index) {
-                                         return isBefore(wanted, runs[index].position);
-                                       });
+  const auto behind = findInFiles({position.opening, position.offset + 1});
   if (behind == runsInFiles.begin()) return NOWHERE;
   const Run& run = runs[*(behind - 1)];
   if (run.position.opening != position.opening) return NOWHERE;

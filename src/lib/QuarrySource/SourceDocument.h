@@ -56,6 +56,9 @@ struct SourcePlace {
 ///
 /// Nothing is said on the console: what ParserFile would say there is in getDiagnostics().
 ///
+/// A document, its files and its trees are used by one thread at a time, also for reading: some of
+/// what they tell is found out when it is first asked for.
+///
 /// Every operation throws `std::bad_alloc` when memory runs out; read() then leaves an empty
 /// document. References and pointers that are handed out are good until the next read().
 class QUARRYSOURCE_EXPORT SourceDocument {
@@ -133,7 +136,9 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   /// Returns the file of an opening.
   const SourceFile& getFileOf(unsigned long opening) const;
 
-  /// Cuts the file of an opening into spans, which leave nothing out.
+  /// Cuts the file of an opening into spans, in the order of the file, which leave nothing out.
+  /// That takes time in proportion to the file; the first call takes as much for the whole
+  /// document.
   std::vector<SourceSpan> getSpans(unsigned long opening) const;
 
   // --- The preprocessed text ---------------------------------------------------------------------
@@ -201,8 +206,10 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   void clear();
   void preprocess();
   bool parse();
-  void orderRuns();
+  void orderByFile();
   const Run* findRun(unsigned long offset) const;
+  std::vector<unsigned long>::const_iterator findInFiles(const SourcePosition& position) const;
+  const std::vector<unsigned long>& getWordEnds() const;
 
   std::vector<std::string> searchPaths;
   ParserLimits limits;
@@ -212,9 +219,10 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   std::string topPath;  ///< of a top file that is not to be looked for; empty otherwise
   std::vector<std::unique_ptr<SourceFile>> files;
   std::vector<Opening> openings;
-  std::vector<Run> runs;                   ///< in the order of the text
-  std::vector<unsigned long> runsInFiles;  ///< indices of them, by opening and offset there
-  std::vector<Mark> marks;                 ///< in the order of reading
+  std::vector<Run> runs;                        ///< in the order of the text
+  std::vector<unsigned long> runsInFiles;       ///< indices of them, by opening and offset there
+  mutable std::vector<unsigned long> wordEnds;  ///< of the last word that begins before each run
+  std::vector<Mark> marks;                      ///< by opening and offset there
   std::string text;
   double version;
   std::vector<SourceDiagnostic> diagnostics;

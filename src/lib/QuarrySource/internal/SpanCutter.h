@@ -5,70 +5,74 @@
 #include <QuarrySource/SourceSpan.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Quarry {
 
-/// Walks through the words of the preprocessed text and the runs of it that came from one file,
-/// side by side. The runs have to be given in the order of the text.
+/// Puts the spans of one file together. What is added has to come in the order of the file: runs
+/// among themselves, and marks among themselves.
 class SpanCutter {
  public:
-  SpanCutter(const std::string& text, double version) : words(text, version), word(words.next()) {}
+  /// @param itsText the preprocessed one; both have to outlive this
+  SpanCutter(const std::string& itsText, const double& itsVersion)
+      : text(itsText), version(itsVersion) {}
 
-  /// Passes over a run that came from another file.
-  void passRun(unsigned long textOffset, unsigned long length) {
-    while (word != nullptr && getWordEnd() <= textOffset + length)
-      word = words.next();
-  }
-
-  /// Cuts a run, which may begin and end within words.
+  /// Cuts a run of the preprocessed text, which may begin and end within words.
+  /// @param wordEnd where the word ends that began before the run; at most `textBegin` for none
   /// @param offset of the run in the file
-  void cutRun(unsigned long textOffset, unsigned long length, unsigned long offset) {
-    const unsigned long end = textOffset + length;
-    unsigned long done = textOffset;
-    const auto add = [&](SourceSpan::Kind kind, unsigned long spanEnd) {
-      if (spanEnd > done) spans.push_back({kind, offset + (done - textOffset), spanEnd - done});
-      done = std::max(done, spanEnd);
-    };
-    while (word != nullptr && word->getStart() < end) {
-      add(SourceSpan::SPAN_BLANK, word->getStart());
-      add(SourceSpan::SPAN_WORD, std::min(getWordEnd(), end));
-      if (getWordEnd() > end) return;
-      word = words.next();
+  void cutRun(unsigned long textBegin, unsigned long length, unsigned long wordEnd,
+              unsigned long offset) {
+    const unsigned long textEnd = textBegin + length;
+    const unsigned long begin = std::clamp(wordEnd, textBegin, textEnd);
+    done = offset;
+    add(SourceSpan::SPAN_WORD, offset + (begin - textBegin));
+    const std::string rest(text, begin, textEnd - begin);
+    const unsigned long restOffset = offset + (begin - textBegin);
+    ParserWordStream words(rest, version);
+    while (const ParserWord* word = words.next()) {
+      add(SourceSpan::SPAN_BLANK, restOffset + word->getStart());
+      add(SourceSpan::SPAN_WORD, restOffset + word->getStart() + word->getLength());
     }
-    add(SourceSpan::SPAN_BLANK, end);
+    add(SourceSpan::SPAN_BLANK, offset + length);
   }
 
   /// Adds what is no part of the text.
   void addMark(SourceSpan::Kind kind, unsigned long offset, unsigned long length) {
-    spans.push_back({kind, offset, length});
+    marks.push_back({kind, offset, length});
   }
 
   /// Returns the spans in the order of the file.
   /// @param size of the file, in bytes
   std::vector<SourceSpan> finish(unsigned long size) {
-    std::sort(spans.begin(), spans.end(),
-              [](const SourceSpan& a, const SourceSpan& b) { return a.offset < b.offset; });
-    std::vector<SourceSpan> all;
-    unsigned long done = 0;
-    for (const SourceSpan& span : spans) {
-      if (span.offset > done) {
-        all.push_back({SourceSpan::SPAN_UNREAD, done, span.offset - done});
-      }
-      all.push_back(span);
-      done = span.offset + span.length;
+    std::vector<SourceSpan> read;
+    read.reserve(spans.size() + marks.size());
+    std::merge(spans.begin(), spans.end(), marks.begin(), marks.end(), std::back_inserter(read),
+               [](const SourceSpan& a, const SourceSpan& b) { return a.offset < b.offset; });
+    spans.clear();
+    done = 0;
+    for (const SourceSpan& span : read) {
+      add(SourceSpan::SPAN_UNREAD, span.offset);
+      add(span.kind, span.offset + span.length);
     }
-    if (done < size) all.push_back({SourceSpan::SPAN_UNREAD, done, size - done});
-    return all;
+    add(SourceSpan::SPAN_UNREAD, size);
+    return std::move(spans);
   }
 
  private:
-  unsigned long getWordEnd() const { return word->getStart() + word->getLength(); }
+  /// Adds what reaches from the span before it to `end`, unless that is nothing.
+  void add(SourceSpan::Kind kind, unsigned long end) {
+    if (end > done) spans.push_back({kind, done, end - done});
+    done = end;
+  }
 
-  ParserWordStream words;
-  const ParserWord* word;  ///< the first one that does not end before what was cut
+  const std::string& text;
+  const double& version;
+  unsigned long done = 0;  ///< where the next span begins
   std::vector<SourceSpan> spans;
+  std::vector<SourceSpan> marks;
 };
 
 }  // namespace Quarry
