@@ -5,6 +5,7 @@
 
 #include "ShownDocument.h"
 #include "support/Documents.h"
+#include "support/LinearTime.h"
 
 using Quarry::ParserItem;
 using Quarry::ParserLimits;
@@ -355,6 +356,20 @@ TEST(SourceTreeTest, NamesSignsAndBlanksAreNoValue) {
 }
 
 // --- Large documents -----------------------------------------------------------------------------
+
+TEST(SourceTreeTest, LookingUpTheValuesOfALongListTakesLinearTime) {
+  const auto make = [](unsigned long count) {
+    std::string text = "a ";
+    for (unsigned long i = 0; i < count; ++i)
+      text += "1 ";
+    return readDocument(text);
+  };
+  TestSupport::checkTakesLinearTime(1000, make, [](const std::unique_ptr<SourceDocument>& read) {
+    const SourceTree tree(*read);
+    for (unsigned long i = 0; i < tree.getItem(0).valueCount; ++i)
+      EXPECT_EQ(tree.getValueAt(0, tree.getValue(tree.getItem(0), i).begin), i);
+  });
+}
 
 TEST(SourceTreeTest, AHundredThousandGroupsMayBeNested) {
   constexpr unsigned long DEPTH = 100000;

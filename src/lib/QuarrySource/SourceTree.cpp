@@ -180,11 +180,14 @@ unsigned long SourceTree::getItemAt(unsigned long textOffset) const {
 }
 
 unsigned long SourceTree::getValueAt(unsigned long item, unsigned long textOffset) const {
-  for (unsigned long i = 0; i < items[item].valueCount; ++i) {
-    const SourceValue& value = getValue(items[item], i);
-    if (value.begin <= textOffset && textOffset < value.begin + value.length) return i;
-  }
-  return NOWHERE;
+  const auto first = values.begin() + static_cast<long>(items[item].firstValue);
+  const auto behind = std::upper_bound(
+      first, first + static_cast<long>(items[item].valueCount), textOffset,
+      [](unsigned long offset, const SourceValue& value) { return offset < value.begin; });
+  if (behind == first) return NOWHERE;
+  const SourceValue& found = *(behind - 1);
+  const bool isWithin = textOffset < found.begin + found.length;
+  return isWithin ? static_cast<unsigned long>(behind - first) - 1 : NOWHERE;
 }
 
 }  // namespace Quarry
