@@ -52,6 +52,18 @@ TEST(SourceEditorItemTest, LinesEndAsTheyDoInTheFile) {
                    {{"a.cfg", "a 1\r\nb 2\r\n"}});
 }
 
+TEST(SourceEditorItemTest, LinesEndInCarriageReturnsWhereAllDo) {
+  checkEditOfFiles({{"a.cfg", "a 1\rg {\r}\r"}}, addItem("", "b", {number(2)}),
+                   {{"a.cfg", "a 1\rg {\r}\rb 2\r"}});
+  checkEditOfFiles({{"a.cfg", "a 1\rg {\r}\r"}}, addItem("g", "b", {number(2)}),
+                   {{"a.cfg", "a 1\rg {\r    b 2\r}\r"}});
+}
+
+TEST(SourceEditorItemTest, BehindACommentThatACarriageReturnDoesNotEndGoesALineFeed) {
+  checkEditOfFiles({{"a.cfg", "a 1\r// the end\r"}}, addItem("", "b", {number(2)}),
+                   {{"a.cfg", "a 1\r// the end\r\nb 2"}});
+}
+
 TEST(SourceEditorItemTest, TheRootsItemsAreIndentedAlike) {
   checkEdit("  a 1\n", addItem("", "b", {number(2)}), "  a 1\n  b 2\n");
 }

@@ -8,14 +8,17 @@ namespace {
 
 constexpr char BLANKS[] = " \t";
 constexpr char LINE_BREAKS[] = "\r\n";
+constexpr std::string_view COMMENT_MARKER = "//";
 
 }  // namespace
 
 std::string_view FileLayout::getLineEnd() const {
   const std::size_t lineFeed = text.find('\n');
-  const bool hasReturn =
-      lineFeed != std::string::npos && lineFeed > 0 && text[lineFeed - 1] == '\r';
-  return hasReturn ? "\r\n" : "\n";
+  if (lineFeed == std::string::npos) {
+    const bool hasReturns = text.find('\r') != std::string::npos;
+    return hasReturns && text.find(COMMENT_MARKER) == std::string::npos ? "\r" : "\n";
+  }
+  return lineFeed > 0 && text[lineFeed - 1] == '\r' ? "\r\n" : "\n";
 }
 
 unsigned long FileLayout::getLineBegin(unsigned long offset) const {
@@ -44,7 +47,7 @@ LineRest FileLayout::getRest(unsigned long offset) const {
   rest.begin = std::min(text.find_first_not_of(BLANKS, offset), text.size());
   rest.end = rest.begin;
   const std::string_view behind = std::string_view(text).substr(rest.begin);
-  const bool isComment = behind.starts_with("//");
+  const bool isComment = behind.starts_with(COMMENT_MARKER);
   const bool isWord = !isComment && !behind.empty() && behind[0] != '\r' && behind[0] != '\n';
   rest.kind = isComment ? LineRest::COMMENT : isWord ? LineRest::WORD : LineRest::NOTHING;
   if (isWord) return rest;

@@ -24,7 +24,8 @@ class FileLayout {
 
   const std::string& getText() const { return text; }
 
-  /// Returns how lines end in this file: as its first one does.
+  /// Returns how lines end in this file: as the first line feed does, or else as the first carriage
+  /// return, but for a file that may have a comment, which no carriage return ends.
   std::string_view getLineEnd() const;
 
   /// Returns where the line of a byte begins.
@@ -49,7 +50,7 @@ class FileLayout {
   /// Returns where the line end before a line begins; 0 for the first line.
   unsigned long skipLineEndBack(unsigned long lineBegin) const;
 
-  bool endsWithLineEnd() const { return text.ends_with('\n') || text.ends_with('\r'); }
+  bool endsWithLineEnd() const { return text.ends_with('\n') || text.ends_with(getLineEnd()); }
 
  private:
   const std::string& text;
