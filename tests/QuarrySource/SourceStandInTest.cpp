@@ -3,6 +3,8 @@
 #include <QuarrySource/SourceDocument.h>
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "ShownDocument.h"
 #include "support/TemporaryFolder.h"
 
@@ -13,6 +15,7 @@ using TestSupport::getMessages;
 using TestSupport::MemoryFiles;
 using TestSupport::readDocument;
 using TestSupport::TemporaryFolder;
+using TestSupport::WorkingDirectory;
 
 namespace {
 
@@ -95,18 +98,58 @@ TEST(SourceStandInTest, AnEmptyTextStandsInForAFullFile) {
   EXPECT_EQ(document.getText(), "");
 }
 
-TEST(SourceStandInTest, AnIncludedTextHasToHaveAFileWhereIncludesHaveToLieBelowTheSearchPaths) {
+// --- Below the search paths ----------------------------------------------------------------------
+
+namespace {
+
+/// Includes a file of a search path, "in", that is not there but for a text.
+class SourceStandInBelowTest : public testing::Test {
+ protected:
+  SourceStandInBelowTest() {
+    folder.write("in/a.cfg", "a 1");
+    ParserLimits limits;
+    limits.includesBelowSearchPaths = true;
+    document.setSearchPaths({"in"});
+    document.setLimits(limits);
+  }
+
+  bool readIncluding(const std::string& name) {
+    document.setText("in/" + name, "b 2");
+    return document.readText("-", "#include \"" + name + "\"");
+  }
+
   const TemporaryFolder folder;
-  ParserLimits limits;
-  limits.includesBelowSearchPaths = true;
+  const WorkingDirectory directory{folder.getPath()};
   SourceDocument document;
-  document.setSearchPaths({folder.getPath()});
-  document.setLimits(limits);
-  document.setText(folder.getPath("b.cfg"), "b 2");
-  EXPECT_FALSE(document.readText("-", "#include \"b.cfg\""));
-  folder.write("b.cfg", "b 1");
-  EXPECT_TRUE(document.readText("-", "#include \"b.cfg\""));
+};
+
+}  // namespace
+
+TEST_F(SourceStandInBelowTest, ATextLiesWhereItsFileWould) {
+  EXPECT_TRUE(readIncluding("new.cfg"));
   EXPECT_EQ(document.getText(), "b 2");
+}
+
+TEST_F(SourceStandInBelowTest, TheFolderOfATextNeedNotExistEither) {
+  EXPECT_TRUE(readIncluding("new/new.cfg"));
+}
+
+TEST_F(SourceStandInBelowTest, ATextOutsideIsRefused) {
+  EXPECT_FALSE(readIncluding("../new.cfg"));
+  EXPECT_FALSE(readIncluding("new/../../new.cfg"));
+  EXPECT_EQ(document.getText(), "");
+}
+
+TEST_F(SourceStandInBelowTest, ATextBehindALinkThatLeadsOutsideIsRefused) {
+  std::filesystem::create_directory("out");
+  std::filesystem::create_directory_symlink("../out", "in/link");
+  EXPECT_FALSE(readIncluding("link/new.cfg"));
+}
+
+TEST_F(SourceStandInBelowTest, ATextUnderItsOwnNameLiesInTheWorkingDirectory) {
+  document.setSearchPaths({folder.getPath()});
+  document.setText("new.cfg", "b 2");
+  EXPECT_TRUE(document.readText("-", "#include \"new.cfg\""));
 }
 
 // --- A text at the top ---------------------------------------------------------------------------

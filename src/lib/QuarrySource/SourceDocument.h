@@ -81,8 +81,6 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   const ParserLimits& getLimits() const { return limits; }
 
   /// Lets a text stand in for a file, which need not exist: for what an editor has not saved yet.
-  /// Where includes have to lie below the search paths, an included one has to exist nevertheless:
-  /// only then is it known where it lies.
   /// @param path the search path and the name, as the file would be found
   void setText(const std::string& path, const std::string& text);
 

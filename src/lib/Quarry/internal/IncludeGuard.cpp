@@ -4,6 +4,8 @@
 #include "Messages.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace Quarry {
 
@@ -14,6 +16,15 @@ bool isBelow(const std::string& path, std::string folder) {
   if (folder.empty()) return false;
   if (folder.back() != '/') folder += '/';
   return path.starts_with(folder);
+}
+
+/// Returns where a file lies, or would lie: a text may stand in for one that is not there.
+std::string findPlace(const std::string& path) {
+  const std::string place = resolvePath(path);
+  if (!place.empty()) return place;
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+  return std::filesystem::weakly_canonical(absolute, error).string();
 }
 
 }  // namespace
@@ -66,7 +77,7 @@ std::string IncludeGuard::describeCycle(const std::string& name, const std::stri
 }
 
 bool IncludeGuard::liesBelowSearchPaths(const std::string& path) const {
-  const std::string place = resolvePath(path);
+  const std::string place = findPlace(path);
   return std::any_of(searchPaths.begin(), searchPaths.end(), [&place](const std::string& folder) {
     return !folder.empty() && isBelow(place, resolvePath(folder));
   });
