@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "EditedDocument.h"
+#include "support/LinearTime.h"
 #include "support/TemporaryFolder.h"
 
 using Quarry::SourceDocument;
@@ -92,6 +93,23 @@ TEST(SourceEditorFileTest, OneFileUnderTwoNamesIsNotEdited) {
                        {"./b.cfg", "y 2\n"},
                        {"b.cfg", "y 2\n"}},
                       setValue("y[1]", number(3)), "'b.cfg' and './b.cfg' are the same file");
+}
+
+TEST(SourceEditorFileTest, ValuesInManyFilesAreSetInLinearTime) {
+  const auto make = [](unsigned long count) {
+    FileTexts files;
+    for (unsigned long i = 0; i < count; ++i) {
+      const std::string name = std::to_string(i) + ".cfg";
+      files[name] = "1 ";
+      files["a.cfg"] += (i == 0 ? "x " : "") + ("#include \"" + name + "\"\n");
+    }
+    return std::make_unique<EditedDocument>("a.cfg", files);
+  };
+  TestSupport::checkTakesLinearTime(60, make, [](const std::unique_ptr<EditedDocument>& edited) {
+    const unsigned long count = edited->getTree().getItem(0).valueCount;
+    EXPECT_TRUE(edited->edit().setValues("x", std::vector(count, number(2))));
+    EXPECT_EQ(edited->edit().getChangedTexts().size(), count);
+  });
 }
 
 TEST(SourceEditorFileTest, AValueInPiecesIsNotSet) {

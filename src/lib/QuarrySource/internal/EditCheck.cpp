@@ -65,10 +65,12 @@ bool EditCheck::tryWay(const FileChanges& changes) {
 }
 
 bool EditCheck::applyChanges(const FileChanges& changes) {
-  std::map<std::string, std::vector<const FileChange*>> changesByPath;
+  ChangesByPath changesByPath;
   for (const FileChange& change : changes)
     changesByPath[document.getFileOf(change.opening).getPath()].push_back(&change);
   texts.clear();
+  const std::string shared = findSharedFile(document, changesByPath);
+  if (!shared.empty()) return refuse(shared);
   for (const auto& [path, ofFile] : changesByPath) {
     const SourceFile& file = document.getFileOf(ofFile.front()->opening);
     const std::string reason = findStorageProblem(document, file);

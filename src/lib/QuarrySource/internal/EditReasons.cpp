@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string_view>
 
 namespace Quarry {
@@ -37,16 +38,6 @@ std::string getTruePath(const std::string& path) {
   return resolved.empty() ? std::filesystem::path(path).lexically_normal().string() : resolved;
 }
 
-/// Returns another path under which the document has the same file.
-std::string findOtherPath(const SourceDocument& document, const SourceFile& file) {
-  const std::string truePath = getTruePath(file.getPath());
-  for (unsigned long i = 0; i < document.getFileCount(); ++i) {
-    const std::string& other = document.getFile(i).getPath();
-    if (other != file.getPath() && getTruePath(other) == truePath) return other;
-  }
-  return std::string();
-}
-
 }  // namespace
 
 std::string EditReasons::explain(const FileChanges& changes) const {
@@ -54,10 +45,16 @@ std::string EditReasons::explain(const FileChanges& changes) const {
     std::string reason = explainLiteral(value.literal);
     if (!reason.empty()) return reason;
   }
+  std::map<std::string_view, unsigned long> openingCounts;
+  for (unsigned long i = 0; i < document.getOpeningCount(); ++i)
+    ++openingCounts[document.getFileOf(i).getPath()];
   for (const FileChange& change : changes) {
     const SourceFile& file = document.getFileOf(change.opening);
-    std::string reason = explainFile(file.getPath());
-    if (!reason.empty()) return reason;
+    const unsigned long count = openingCounts[file.getPath()];
+    if (count > 1) {
+      return "'" + file.getPath() + "' is included " + std::to_string(count) +
+             " times, and the edit would change all of them";
+    }
     const std::string_view before = std::string_view(file.getText()).substr(0, change.begin);
     if (before.ends_with(QUOTE_BEHIND_BACKSLASH)) return FINAL_BACKSLASH;
   }
@@ -77,20 +74,21 @@ std::string EditReasons::explainLiteral(const SourceLiteral& literal) const {
   return word.ends_with(QUOTE_BEHIND_BACKSLASH) ? FINAL_BACKSLASH : std::string();
 }
 
-std::string EditReasons::explainFile(const std::string& path) const {
-  unsigned long openingCount = 0;
-  for (unsigned long i = 0; i < document.getOpeningCount(); ++i) {
-    if (document.getFileOf(i).getPath() == path) ++openingCount;
+std::string findSharedFile(const SourceDocument& document, const ChangesByPath& changes) {
+  std::map<std::string, std::string> pathsOfFiles;
+  for (unsigned long i = 0; i < document.getFileCount(); ++i) {
+    const std::string& path = document.getFile(i).getPath();
+    const std::string& known = pathsOfFiles.emplace(getTruePath(path), path).first->second;
+    if (known == path) continue;
+    const std::string reason = "' are the same file";
+    if (changes.count(known) > 0) return "'" + known + "' and '" + path + reason;
+    if (changes.count(path) > 0) return "'" + path + "' and '" + known + reason;
   }
-  if (openingCount < 2) return std::string();
-  return "'" + path + "' is included " + std::to_string(openingCount) +
-         " times, and the edit would change all of them";
+  return std::string();
 }
 
 std::string findStorageProblem(const SourceDocument& document, const SourceFile& file) {
   const std::string& path = file.getPath();
-  const std::string other = findOtherPath(document, file);
-  if (!other.empty()) return "'" + path + "' and '" + other + "' are the same file";
   const std::string* standIn = document.findText(path);
   const std::string bytes = standIn != nullptr ? *standIn : readBytes(path);
   if (bytes == file.getText()) return std::string();

@@ -3,7 +3,9 @@
 
 #include <QuarrySource/SourceDocument.h>
 
+#include <map>
 #include <string>
+#include <vector>
 
 #include "SourceEdit.h"
 
@@ -21,11 +23,16 @@ class EditReasons {
 
  private:
   std::string explainLiteral(const SourceLiteral& literal) const;
-  std::string explainFile(const std::string& path) const;
 
   const SourceDocument& document;
   const SourceEdit& edit;
 };
+
+/// Changes by the paths of their files.
+using ChangesByPath = std::map<std::string, std::vector<const FileChange*>>;
+
+/// Tells of a changed file that the document has under another path as well; empty for none.
+std::string findSharedFile(const SourceDocument& document, const ChangesByPath& changes);
 
 /// Returns why the text of a file cannot be stored in its place; empty where it can.
 std::string findStorageProblem(const SourceDocument& document, const SourceFile& file);
