@@ -95,6 +95,15 @@ TEST(SourceEditorFileTest, OneFileUnderTwoNamesIsNotEdited) {
                       setValue("y[1]", number(3)), "'b.cfg' and './b.cfg' are the same file");
 }
 
+TEST(SourceEditorFileTest, ACommentBehindTheDocumentsEndDoesNotBecomeAnInclude) {
+  checkRefusedInFiles({{"a.cfg", "x 1\n}\n// #include \"b.cfg\"\n"}, {"b.cfg", "y 2\n"}},
+                      setValue("x", string("a\"b")),
+                      "a string cannot hold a double quote in format 1.0");
+  checkRefusedInFiles({{"a.cfg", "x 1\n}\n// #include \"b.cfg\"\n"}, {"b.cfg", "y 2\n"}},
+                      setValue("x", SourceLiteral::parse("1\"")),
+                      "it would make an include of a comment");
+}
+
 TEST(SourceEditorFileTest, ValuesInManyFilesAreSetInLinearTime) {
   const auto make = [](unsigned long count) {
     FileTexts files;

@@ -59,7 +59,7 @@ bool EditCheck::tryWay(const FileChanges& changes) {
   candidate.readAgain();
   candidate.setLimits(document.getLimits());
   if (!checkFiles()) return false;
-  if (checkDiagnostics() && checkEvents()) return true;
+  if (checkOpenings() && checkDiagnostics() && checkEvents()) return true;
   const std::string reason = EditReasons(document, edit).explain(changes);
   return reason.empty() ? false : refuse(reason);
 }
@@ -110,6 +110,13 @@ bool EditCheck::checkFiles() {
     return refuse("'" + file.getPath() + "' has changed since it was read");
   }
   return true;
+}
+
+/// A quote that is not closed can turn a comment into an include also where the document has ended
+/// and nothing else shows it.
+bool EditCheck::checkOpenings() {
+  const bool isMore = candidate.getOpeningCount() > document.getOpeningCount();
+  return !isMore || refuse("it would make an include of a comment");
 }
 
 /// Every diagnostic has to be there before, and all in the same order.

@@ -33,6 +33,7 @@ class EditCheck {
   bool applyChanges(const FileChanges& changes);
   bool checkMarkers();
   bool checkFiles();
+  bool checkOpenings();
   bool checkDiagnostics();
   bool checkEvents();
   bool checkValues(const SourceTree& newTree);
