@@ -4,7 +4,7 @@
 #include <Quarry/internal/ParserWordStream.h>
 #include <Quarry/internal/TextParser.h>
 
-#include "internal/ItemPaths.h"
+#include "internal/RewritePaths.h"
 #include "internal/RewriteRules.h"
 #include "internal/RewriteText.h"
 #include "internal/RewrittenText.h"
@@ -100,7 +100,7 @@ class HazardList {
 
  private:
   const std::vector<RewritePart>& parts;
-  const ItemPaths paths;
+  const RewritePaths paths;
 };
 
 /// Reads what was written as ParserFile::read() does.

@@ -3,40 +3,14 @@
 #include <Quarry/internal/ParserWordStream.h>
 #include <Quarry/internal/TextParser.h>
 
+#include "internal/NamesakeCounter.h"
+#include "internal/PathStep.h"
 #include "internal/TreeCollector.h"
 
 #include <algorithm>
-#include <charconv>
-#include <unordered_map>
 #include <utility>
 
 namespace Quarry {
-
-namespace {
-
-/// A number from 1 on that stands at the end of a text, with what leads to it.
-struct Numbered {
-  std::string_view text;     ///< before the number
-  unsigned long number = 0;  ///< 0 for none
-};
-
-/// Splits `text` at a number between `before` and `after`, which end the text.
-Numbered splitNumber(std::string_view text, char before, std::string_view after) {
-  if (!text.ends_with(after)) return {text};
-  const std::string_view shorter = text.substr(0, text.size() - after.size());
-  const std::size_t mark = shorter.rfind(before);
-  if (mark == std::string_view::npos || mark == 0) return {text};
-  const char* begin = shorter.data() + mark + 1;
-  const char* end = shorter.data() + shorter.size();
-  unsigned long number = 0;
-  const std::from_chars_result result = std::from_chars(begin, end, number);
-  const bool isNumber = result.ec == std::errc() && result.ptr == end;
-  return isNumber && number > 0 ? Numbered{text.substr(0, mark), number} : Numbered{text};
-}
-
-Numbered splitOrdinal(std::string_view step) { return splitNumber(step, '[', "]"); }
-
-}  // namespace
 
 SourceTree::SourceTree(const SourceDocument& source) : document(source) {
   ParserWordStream words(document.getText(), document.getVersion());
@@ -87,11 +61,7 @@ std::string SourceTree::getPath(unsigned long item) const {
 }
 
 std::string SourceTree::getStep(unsigned long item) const {
-  const std::string_view name = getName(items[item]);
-  const unsigned long ordinal = getOrdinals()[item];
-  std::string step(name);
-  if (ordinal > 1 || splitOrdinal(name).number > 0) step += "[" + std::to_string(ordinal) + "]";
-  return step;
+  return makeStep(getName(items[item]), getOrdinals()[item]);
 }
 
 SourceTarget SourceTree::find(const std::string& path) const {
@@ -103,7 +73,7 @@ SourceTarget SourceTree::find(const std::string& path) const {
     std::string_view step = rest.substr(0, slash);
     const bool isLast = slash == std::string_view::npos;
     if (isLast) {
-      const Numbered numbered = splitNumber(step, '#', "");
+      const NumberedText numbered = splitValueNumber(step);
       step = numbered.text;
       valueNumber = numbered.number;
     }
@@ -125,27 +95,14 @@ SourceTarget SourceTree::find(const std::string& path) const {
   return target;
 }
 
-/// The items of a group stand apart by what is in their own groups; numbering them all at once
-/// keeps that linear.
+/// Numbering all items at once keeps that linear.
 const std::vector<unsigned long>& SourceTree::getOrdinals() const {
   if (ordinals.size() == items.size()) return ordinals;
-  std::vector<unsigned long> all(items.size());
-  std::unordered_map<std::string_view, unsigned long> counts;
-  std::vector<std::unordered_map<std::string_view, unsigned long>> outerCounts;
-  std::vector<unsigned long> ends = {items.size()};
-  for (unsigned long i = 0; i < items.size(); ++i) {
-    while (ends.back() <= i) {
-      ends.pop_back();
-      counts = std::move(outerCounts.back());
-      outerCounts.pop_back();
-    }
-    all[i] = ++counts[getName(items[i])];
-    if (items[i].next > i + 1) {
-      ends.push_back(items[i].next);
-      outerCounts.push_back(std::move(counts));
-      counts.clear();
-    }
-  }
+  std::vector<unsigned long> all;
+  all.reserve(items.size());
+  NamesakeCounter counter;
+  for (const SourceItem& item : items)
+    all.push_back(counter.count(item.parent, getName(item)));
   ordinals = std::move(all);
   return ordinals;
 }
@@ -160,7 +117,7 @@ unsigned long SourceTree::findNamed(unsigned long parent, std::string_view name,
 
 /// A number in brackets counts items, and is part of the name only where that leads nowhere.
 unsigned long SourceTree::findStep(unsigned long parent, std::string_view step) const {
-  const Numbered numbered = splitOrdinal(step);
+  const NumberedText numbered = splitOrdinal(step);
   if (numbered.number > 0) {
     const unsigned long found = findNamed(parent, numbered.text, numbered.number);
     if (found != NOWHERE) return found;
