@@ -135,21 +135,28 @@ bool EditCheck::checkDiagnostics() {
   return isRead || refuse("the format version would be another one");
 }
 
-bool EditCheck::checkEvents() {
+/// Returns the event that is to be read at an index; null behind the last one.
+const TreeEvent* EditCheck::getExpected(unsigned long index) const {
   const std::vector<TreeEvent>& before = events.getAll();
-  std::vector<TreeEvent> expected(before.begin(),
-                                  before.begin() + static_cast<long>(edit.firstEvent));
-  expected.insert(expected.end(), edit.asked.begin(), edit.asked.end());
-  expected.insert(expected.end(),
-                  before.begin() + static_cast<long>(edit.firstEvent + edit.eventCount),
-                  before.end());
+  if (index < edit.firstEvent) return &before[index];
+  const unsigned long askedEnd = edit.firstEvent + edit.asked.size();
+  if (index < askedEnd) return &edit.asked[index - edit.firstEvent];
+  const unsigned long kept = edit.firstEvent + edit.eventCount + (index - askedEnd);
+  return kept < before.size() ? &before[kept] : nullptr;
+}
+
+bool EditCheck::checkEvents() {
   const SourceTree newTree(candidate);
-  const std::vector<TreeEvent> found = TreeEvents(newTree).getAll();
-  if (found == expected) return checkValues(newTree);
-  const auto [read, asked] =
-      std::mismatch(found.begin(), found.end(), expected.begin(), expected.end());
-  return refuse("it would be read with " + (read == found.end() ? "nothing" : describe(*read)) +
-                " in place of " + (asked == expected.end() ? "nothing" : describe(*asked)));
+  const TreeEvents newEvents(newTree);
+  for (unsigned long index = 0;; ++index) {
+    const bool isEnd = index == newEvents.getAll().size();
+    const TreeEvent* read = isEnd ? nullptr : &newEvents.getAll()[index];
+    const TreeEvent* expected = getExpected(index);
+    if (read == nullptr && expected == nullptr) return checkValues(newTree);
+    if (read != nullptr && expected != nullptr && *read == *expected) continue;
+    return refuse("it would be read with " + (read == nullptr ? "nothing" : describe(*read)) +
+                  " in place of " + (expected == nullptr ? "nothing" : describe(*expected)));
+  }
 }
 
 bool EditCheck::checkValues(const SourceTree& newTree) {

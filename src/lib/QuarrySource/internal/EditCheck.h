@@ -35,6 +35,7 @@ class EditCheck {
   bool checkFiles();
   bool checkOpenings();
   bool checkDiagnostics();
+  const TreeEvent* getExpected(unsigned long index) const;
   bool checkEvents();
   bool checkValues(const SourceTree& newTree);
   bool refuse(const std::string& reason);
