@@ -368,6 +368,12 @@ TEST(SourceEditorItemTest, AnItemIsNotRenamedToADirective) {
                "'#SerialVersion ' is a directive wherever it stands, also in a string");
 }
 
+TEST(SourceEditorItemTest, OfANameInManyPiecesThreeAreTold) {
+  checkRefused("t//\ni//\nt//\nl//\ne 1\n", renameItem("title", "a"),
+               "the name is put together of several pieces: a.cfg:2:1 a.cfg:3:1 a.cfg:4:1, 5 in "
+               "all");
+}
+
 TEST(SourceEditorItemTest, ANameInPiecesIsNotRenamed) {
   checkRefused("ti// one\ntle 1\n", renameItem("title", "a"),
                "the name is put together of several pieces: a.cfg:2:1 a.cfg:3:1");

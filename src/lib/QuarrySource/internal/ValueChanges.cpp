@@ -1,5 +1,6 @@
 #include "ValueChanges.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace Quarry {
@@ -21,15 +22,17 @@ bool isPlainGap(std::string_view gap) {
 
 std::string findPieceProblem(const SourceDocument& document, const std::string& what,
                              unsigned long begin, unsigned long length) {
+  constexpr std::size_t MOST_TOLD = 3;
   const std::vector<SourcePiece> pieces = document.getPieces(begin, length);
   if (pieces.size() == 1) return std::string();
   std::string problem = what + " is put together of several pieces:";
-  for (const SourcePiece& piece : pieces) {
-    const SourcePlace place = document.getPlace(piece.position);
+  for (std::size_t i = 0; i < std::min(pieces.size(), MOST_TOLD); ++i) {
+    const SourcePlace place = document.getPlace(pieces[i].position);
     problem +=
         " " + place.path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
   }
-  return problem;
+  const bool areAllTold = pieces.size() <= MOST_TOLD;
+  return areAllTold ? problem : problem + ", " + std::to_string(pieces.size()) + " in all";
 }
 
 ValueChanges::ValueChanges(const SourceTree& itsTree, unsigned long index)
