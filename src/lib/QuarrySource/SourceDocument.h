@@ -125,13 +125,17 @@ class QUARRYSOURCE_EXPORT SourceDocument {
 
   /// Returns how many files were opened; the top file is opening 0. 0 when it was not found.
   unsigned long getOpeningCount() const { return openings.size(); }
+
+  /// @param index below getOpeningCount()
   const Opening& getOpening(unsigned long index) const { return openings[index]; }
 
   /// Returns how many different files the document has.
   unsigned long getFileCount() const { return files.size(); }
+
+  /// @param index below getFileCount()
   const SourceFile& getFile(unsigned long index) const { return *files[index]; }
 
-  /// Returns the file of an opening.
+  /// Returns the file of an opening, by its index.
   const SourceFile& getFileOf(unsigned long opening) const;
 
   /// Cuts the file of an opening into spans, in the order of the file, which leave nothing out.
@@ -156,7 +160,8 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   /// @param offset from 0, at most the size of the text
   SourcePosition getPosition(unsigned long offset) const;
 
-  /// Returns where bytes of the preprocessed text come from, piece by piece.
+  /// Returns where bytes of the preprocessed text come from, piece by piece; no pieces for no
+  /// bytes. Bytes behind the text come from nowhere.
   std::vector<SourcePiece> getPieces(unsigned long offset, unsigned long length) const;
 
   /// Returns where in the preprocessed text a byte of a file ended up; NOWHERE for what is dropped.
@@ -164,7 +169,7 @@ class QUARRYSOURCE_EXPORT SourceDocument {
 
   // --- Places ------------------------------------------------------------------------------------
 
-  /// Returns a position as people count.
+  /// Returns a position as people count; a place without a path for that of no opening.
   SourcePlace getPlace(const SourcePosition& position) const;
 
   /// Returns where a diagnostic points; a place without a path when it is about no file.

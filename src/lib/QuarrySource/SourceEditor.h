@@ -19,7 +19,7 @@ struct NewItem;
 struct SourceEdit;
 struct TreeEvent;
 
-/// Where a new item goes within its group.
+/// Where a new item goes within its group. A sibling has to be in that group.
 struct SourcePlacement {
   enum Side { AT_END, BEFORE, BEHIND };
 
@@ -90,8 +90,11 @@ class QUARRYSOURCE_EXPORT SourceEditor {
 
   // --- Items -------------------------------------------------------------------------------------
   //
-  // A new item goes on a line of its own, indented like its siblings; in a group that stands on one
-  // line it goes there. At the end of the root it goes to the end of the top file.
+  // All of these return whether the edit was made, too.
+  //
+  // A new item goes on a line of its own, indented like its siblings, with the line end of its
+  // file; in a group that stands on one line it goes there. At the end of the root it goes to the
+  // end of the top file; where the document ends before that, it goes behind the root's last item.
 
   /// Adds a plain item, or a keyword for a name with a `#`. Without literals it is `<empty>`.
   /// @param parent the path of the group; empty for the root
@@ -108,19 +111,22 @@ class QUARRYSOURCE_EXPORT SourceEditor {
                const std::vector<SourceLiteral>& literals,
                const SourcePlacement& placement = SourcePlacement());
 
-  /// Removes an item with all that is in it, and its lines where nothing else stands on them.
+  /// Removes an item with all that is in it, comments and includes as well, and its lines where
+  /// nothing else stands on them. It has to begin and end in one file.
   bool removeItem(const std::string& path);
 
-  /// Gives an item another name.
+  /// Gives an item another name. A name with a `#` makes a keyword of it, which a call cannot be.
   bool renameItem(const std::string& path, const std::string& name);
 
   // --- Files -------------------------------------------------------------------------------------
 
-  /// Returns the new texts of the files that edits have changed, by path.
+  /// Returns the new texts of the files that edits have changed and save() has not written, by
+  /// path. A file that is as it was read is not among them.
   const std::map<std::string, std::string>& getChangedTexts() const { return changedTexts; }
 
   /// Writes the changed files, each as ParserFile::save() does. A file that has changed on the disk
-  /// since it was read is not overwritten.
+  /// since it was read is not overwritten. A text that stood in for a file before the first edit,
+  /// as that of SourceDocument::readText() does, takes the place of the file, whatever that holds.
   /// @return whether all are written; files that are stay so when a later one fails
   bool save();
 

@@ -56,8 +56,7 @@ struct SourceTarget {
 /// first `scene`. Names stand between slashes; `[n]`, from 1, is the n-th item of that name in its
 /// group; `#n`, from 1, is the n-th value of the item. The empty path is the root. A name that
 /// itself ends in a number in brackets is found as it stands where there is no such n-th item;
-/// followed by
-/// `[1]` it is always found.
+/// followed by `[1]` it is always found.
 ///
 /// The document has to outlive the tree, and not to be read again meanwhile. Every operation throws
 /// `std::bad_alloc` when memory runs out.
@@ -73,9 +72,12 @@ class QUARRYSOURCE_EXPORT SourceTree {
   // --- Look ------------------------------------------------------------------------------------
 
   unsigned long getItemCount() const { return items.size(); }
+
+  /// @param index below getItemCount()
   const SourceItem& getItem(unsigned long index) const { return items[index]; }
 
   /// Returns a value of an item, from 0, every `<empty>` counted.
+  /// @param index below the item's valueCount
   const SourceValue& getValue(const SourceItem& item, unsigned long index) const {
     return values[item.firstValue + index];
   }
@@ -98,7 +100,7 @@ class QUARRYSOURCE_EXPORT SourceTree {
 
   // --- Paths -------------------------------------------------------------------------------------
 
-  /// Returns the shortest path of an item.
+  /// Returns the shortest path of an item; the empty one for NOWHERE.
   std::string getPath(unsigned long item) const;
 
   /// Returns the last part of an item's path: `layer[2]`. Who walks through the tree and keeps the
