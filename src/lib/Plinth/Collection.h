@@ -1,3 +1,5 @@
+/// @file
+/// Elements that can be counted and walked.
 #pragma once
 
 #include <Plinth/Export.h>
@@ -42,6 +44,8 @@ namespace Plinth {
 /// **Live.** A collection holds no elements, it looks at them anew for each question and each walk:
 /// what was added to the vector since appears, what no longer passes the test is gone.
 ///
+/// **Walks.** Each walk is independent of the collection, which may change or end meanwhile.
+///
 /// **Elements.** `T` is a pointer type, and null stands for "none". A vector may have null
 /// elements; see VectorCollection and Predicate for who shows them and who passes over them.
 ///
@@ -76,6 +80,7 @@ class PLINTH_EXPORT Collection {
   /// Clones the driver of `other`.
   Collection(const Collection& other) : driver(other.driver ? other.driver->getClone() : nullptr) {}
 
+  /// Takes over the driver of `other`, which is then empty.
   Collection(Collection&& other) noexcept = default;
 
   /// Takes the place of `other`; when that cannot be copied, this collection stays as it was.
@@ -84,6 +89,7 @@ class PLINTH_EXPORT Collection {
     return *this;
   }
 
+  /// Takes over the driver of `other`, which is then empty. What this one had is gone.
   Collection& operator=(Collection&& other) noexcept = default;
 
   ~Collection() = default;
@@ -92,8 +98,6 @@ class PLINTH_EXPORT Collection {
   Driver* release() noexcept { return driver.release(); }
 
   // --- Walk --------------------------------------------------------------------------------------
-  //
-  // Each walk is independent of the collection, which may change or end meanwhile.
 
   /// Returns a locator at the first element; an invalid one when there is none.
   Locator<T> getLocator() const { return Locator<T>(driver ? driver->getLocator() : nullptr); }
@@ -219,6 +223,7 @@ class PLINTH_EXPORT Collection<T>::Driver {
 
  protected:
   Driver() = default;
+  /// For getClone().
   Driver(const Driver&) = default;
 };
 
@@ -230,11 +235,11 @@ class PLINTH_EXPORT Collection<T>::Driver {
 template <class T>
 class PLINTH_EXPORT Collection<T>::Iterator {
  public:
-  using iterator_category = std::input_iterator_tag;
-  using value_type = T;
-  using difference_type = std::ptrdiff_t;
-  using pointer = void;
-  using reference = T;
+  using iterator_category = std::input_iterator_tag;  ///< an element is read once
+  using value_type = T;                               ///< an element
+  using difference_type = std::ptrdiff_t;             ///< what the standard library asks for
+  using pointer = void;                               ///< none: elements are pointers themselves
+  using reference = T;                                ///< an element, not a reference to it
 
   /// An iterator at the end.
   Iterator() noexcept = default;
@@ -245,24 +250,28 @@ class PLINTH_EXPORT Collection<T>::Iterator {
   /// Returns the element at which the iterator stands, null at the end.
   T operator*() const { return locator.getCurrent(); }
 
+  /// Goes on to the next element; nothing happens at the end.
   Iterator& operator++() {
     locator.progress();
     ++steps;
     return *this;
   }
 
-  /// Clones the locator; `++iterator` does not.
+  /// Goes on to the next element and returns where the iterator stood. Clones the locator, which
+  /// `++iterator` does not.
   Iterator operator++(int) {
     Iterator before(*this);
     ++*this;
     return before;
   }
 
+  /// Returns whether both have gone the same number of steps, or are at the end.
   friend bool operator==(const Iterator& left, const Iterator& right) {
     const bool isValid = left.locator.isValid();
     return isValid == right.locator.isValid() && (!isValid || left.steps == right.steps);
   }
 
+  /// Returns whether they are not equal.
   friend bool operator!=(const Iterator& left, const Iterator& right) { return !(left == right); }
 
  private:

@@ -1,3 +1,5 @@
+/// @file
+/// Where messages go.
 #pragma once
 
 #include <Plinth/Export.h>
@@ -28,6 +30,9 @@ namespace Plinth {
 /// **Texts.** A report has a message and a second text, which most callers leave empty. Both are
 /// bytes and are passed on as they stand: nobody adds a line feed, so a message brings its own.
 ///
+/// **Reports.** Each hands its two texts to the handler in force and returns when the handler has
+/// returned. What the handler throws reaches the caller, and the console stays usable.
+///
 /// **Default handler.** It writes the message and then the second text to standard error for print,
 /// warning and error, both in one go so that lines of several threads do not mix, and drops debug.
 /// A failure to write is ignored.
@@ -45,7 +50,12 @@ namespace Plinth {
 class PLINTH_EXPORT Console {
  public:
   /// How grave a report is, named after the operation that makes it.
-  enum Level : std::int32_t { LEVEL_PRINT, LEVEL_DEBUG, LEVEL_WARNING, LEVEL_ERROR };
+  enum Level : std::int32_t {
+    LEVEL_PRINT,    ///< what a person asked to see
+    LEVEL_DEBUG,    ///< what only helps to find a fault
+    LEVEL_WARNING,  ///< something is wrong, and work goes on
+    LEVEL_ERROR     ///< something failed
+  };
 
   /// Takes one report: its level, its message and its second text. The texts are good during the
   /// call only.
@@ -57,9 +67,6 @@ class PLINTH_EXPORT Console {
   Console& operator=(const Console&) = delete;
 
   // --- Reports -----------------------------------------------------------------------------------
-  //
-  // Each hands its two texts to the handler in force and returns when the handler has returned.
-  // What the handler throws reaches the caller, and the console stays usable.
 
   /// Reports what a person asked to see.
   void print(const std::string& message, const std::string& second);

@@ -1,3 +1,5 @@
+/// @file
+/// What the libraries throw.
 #pragma once
 
 #include <Plinth/Export.h>
@@ -45,7 +47,9 @@ class PLINTH_EXPORT Exception : public std::exception {
   /// An exception that says `message`. Throws `std::bad_alloc` when memory runs out.
   explicit Exception(const std::string& message);
 
+  /// Shares the message of the other.
   Exception(const Exception&) noexcept = default;
+  /// Does the same, instead of its own.
   Exception& operator=(const Exception&) noexcept = default;
   ~Exception() override;
 
@@ -65,7 +69,9 @@ class PLINTH_EXPORT Error : public Exception {
   /// An error that says `message` and has no place yet: an empty file, an empty function, line 0.
   explicit Error(const std::string& message);
 
+  /// Shares the message and the place of the other.
   Error(const Error&) noexcept = default;
+  /// Does the same, instead of its own.
   Error& operator=(const Error&) noexcept = default;
   ~Error() override;
 
@@ -99,7 +105,9 @@ class PLINTH_EXPORT Fatal : public Error {
   /// A fatal error that says `message` and has no place yet.
   explicit Fatal(const std::string& message);
 
+  /// Shares the message and the place of the other.
   Fatal(const Fatal&) noexcept = default;
+  /// Does the same, instead of its own.
   Fatal& operator=(const Fatal&) noexcept = default;
   ~Fatal() override;
 };
@@ -110,7 +118,9 @@ class PLINTH_EXPORT InternalError : public Error {
   /// An internal error that says `message` and has no place yet.
   explicit InternalError(const std::string& message);
 
+  /// Shares the message and the place of the other.
   InternalError(const InternalError&) noexcept = default;
+  /// Does the same, instead of its own.
   InternalError& operator=(const InternalError&) noexcept = default;
   ~InternalError() override;
 };

@@ -1,3 +1,5 @@
+/// @file
+/// Regular expressions.
 #pragma once
 
 #include <Plinth/Export.h>

@@ -1,3 +1,5 @@
+/// @file
+/// Numbers as text, and text as numbers.
 #pragma once
 
 #include <Plinth/Export.h>
@@ -6,23 +8,25 @@
 
 namespace Plinth {
 
-// Numbers as text, and text as numbers.
-//
-// All of it follows the rules of the "C" locale, with a point before the decimals, whatever locale
-// the process has set: a document written in one country is read in another. Every function can be
-// called from several threads at once.
-//
-//   #include <Plinth/Label.h>
-//   #include <iostream>
-//
-//   int main() {
-//     std::cout << Plinth::getLabel(2.0) << '\n';             // 2.0
-//     std::cout << Plinth::getDouble("1.1 and more") << '\n';  // 1.1
-//   }
+/// @name Numbers as text, and text as numbers
+///
+/// All of it follows the rules of the "C" locale, with a point before the decimals, whatever locale
+/// the process has set: a document written in one country is read in another. Every function can be
+/// called from several threads at once. A label is the caller's own string; making one throws
+/// `std::bad_alloc` when memory runs out.
+///
+/// \code
+///   #include <Plinth/Label.h>
+///   #include <iostream>
+///
+///   int main() {
+///     std::cout << Plinth::getLabel(2.0) << '\n';              // 2.0
+///     std::cout << Plinth::getDouble("1.1 and more") << '\n';  // 1.1
+///   }
+/// \endcode
+/// @{
 
 // --- Number to text ------------------------------------------------------------------------------
-//
-// The label is the caller's own string. Throws `std::bad_alloc` when memory runs out.
 
 /// Returns `number` in decimal: "-12".
 PLINTH_EXPORT std::string getLabel(const int& number);
@@ -46,5 +50,7 @@ PLINTH_EXPORT std::string getLabel(const unsigned long& number);
 /// are numbers, a number too large is an infinity, and the text ends at its first zero byte.
 /// Returns 0.0 when there is no number. Throws nothing and allocates nothing.
 PLINTH_EXPORT double getDouble(const std::string& text) noexcept;
+
+/// @}
 
 }  // namespace Plinth

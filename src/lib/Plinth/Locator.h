@@ -1,3 +1,5 @@
+/// @file
+/// A walk through elements.
 #pragma once
 
 #include <Plinth/Export.h>
@@ -61,6 +63,7 @@ class PLINTH_EXPORT Locator {
   /// Clones the driver of `other`.
   Locator(const Locator& other) : driver(other.driver ? other.driver->getClone() : nullptr) {}
 
+  /// Takes over the driver of `other`, which is then empty.
   Locator(Locator&& other) noexcept = default;
 
   /// Takes the place of `other`; when that cannot be copied, this locator stays as it was.
@@ -69,6 +72,7 @@ class PLINTH_EXPORT Locator {
     return *this;
   }
 
+  /// Takes over the driver of `other`, which is then empty. What this one had is gone.
   Locator& operator=(Locator&& other) noexcept = default;
 
   ~Locator() = default;
@@ -126,6 +130,7 @@ class PLINTH_EXPORT Locator<T>::Driver {
 
  protected:
   Driver() = default;
+  /// For getClone().
   Driver(const Driver&) = default;
 };
 

@@ -1,3 +1,5 @@
+/// @file
+/// A test by a member function with an argument.
 #pragma once
 
 #include <Plinth/Export.h>

@@ -1,3 +1,5 @@
+/// @file
+/// A test by a member function.
 #pragma once
 
 #include <Plinth/Export.h>

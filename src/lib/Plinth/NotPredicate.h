@@ -1,3 +1,5 @@
+/// @file
+/// A test turned round.
 #pragma once
 
 #include <Plinth/Export.h>

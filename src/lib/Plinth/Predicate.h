@@ -1,3 +1,5 @@
+/// @file
+/// A test of elements.
 #pragma once
 
 #include <Plinth/Export.h>
@@ -58,6 +60,7 @@ class PLINTH_EXPORT Predicate {
   /// Clones the driver of `other`.
   Predicate(const Predicate& other) : driver(other.driver ? other.driver->getClone() : nullptr) {}
 
+  /// Takes over the driver of `other`, which is then empty.
   Predicate(Predicate&& other) noexcept = default;
 
   /// Takes the place of `other`; when that cannot be copied, this predicate stays as it was.
@@ -66,6 +69,7 @@ class PLINTH_EXPORT Predicate {
     return *this;
   }
 
+  /// Takes over the driver of `other`, which is then empty. What this one had is gone.
   Predicate& operator=(Predicate&& other) noexcept = default;
 
   ~Predicate() = default;
@@ -111,6 +115,7 @@ class PLINTH_EXPORT Predicate<T, D>::Driver {
 
  protected:
   Driver() = default;
+  /// For getClone().
   Driver(const Driver&) = default;
 };
 

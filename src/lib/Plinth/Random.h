@@ -1,3 +1,5 @@
+/// @file
+/// Random numbers.
 #pragma once
 
 #include <Plinth/Export.h>

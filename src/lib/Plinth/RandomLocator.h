@@ -1,3 +1,5 @@
+/// @file
+/// A walk in random order.
 #pragma once
 
 #include <Plinth/Export.h>

@@ -1,3 +1,5 @@
+/// @file
+/// A walk backwards through what can only be walked forwards.
 #pragma once
 
 #include <Plinth/Export.h>

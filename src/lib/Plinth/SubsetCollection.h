@@ -1,3 +1,5 @@
+/// @file
+/// The elements that pass a test.
 #pragma once
 
 #include <Plinth/Collection.h>

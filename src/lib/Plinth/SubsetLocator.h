@@ -1,3 +1,5 @@
+/// @file
+/// A walk through the elements that pass a test.
 #pragma once
 
 #include <Plinth/Export.h>

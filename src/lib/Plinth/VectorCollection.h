@@ -1,3 +1,5 @@
+/// @file
+/// The elements of a vector.
 #pragma once
 
 #include <Plinth/Collection.h>

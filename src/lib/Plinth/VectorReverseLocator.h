@@ -1,3 +1,5 @@
+/// @file
+/// A walk backwards through a vector.
 #pragma once
 
 #include <Plinth/Export.h>

@@ -1,3 +1,4 @@
+/// @file
 /// A document as a file: a root group, a file name, search paths and a format version.
 #pragma once
 

@@ -1,3 +1,4 @@
+/// @file
 /// A node of the document tree: a named, ordered container of items.
 #pragma once
 
@@ -46,14 +47,19 @@ class QUARRY_EXPORT ParserGroup {
 
   ~ParserGroup();
 
-  /// Groups have memory of their own kind, which is cheaper to get and to free than the process's.
-  /// Any thread may free it. Throws `std::bad_alloc`; with `std::nothrow` returns null instead,
-  /// and also for a class that is derived from this one and larger than 1,024 bytes.
+  /// Gets memory for `new`. Groups have memory of their own kind, which is cheaper to get and to
+  /// free than the process's. Any thread may free it. Throws `std::bad_alloc`.
   static void* operator new(std::size_t size);
+  /// Does the same, but returns null when memory runs out, and for a class that is derived from
+  /// this one and larger than 1,024 bytes.
   static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept;
+  /// Returns `place`, the caller's own memory.
   static void* operator new(std::size_t, void* place) noexcept { return place; }
+  /// Frees what `new` got.
   static void operator delete(void* memory, std::size_t size) noexcept;
+  /// Frees what `new` got where the constructor has thrown.
   static void operator delete(void* memory, const std::nothrow_t& tag) noexcept;
+  /// Leaves the caller's own memory alone.
   static void operator delete(void*, void*) noexcept {}
 
   // --- Look ------------------------------------------------------------------------------------

@@ -1,3 +1,4 @@
+/// @file
 /// A selection of a group's items.
 #pragma once
 

@@ -1,3 +1,4 @@
+/// @file
 /// How much a document may ask for when it is read.
 #pragma once
 

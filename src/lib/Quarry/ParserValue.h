@@ -1,3 +1,4 @@
+/// @file
 /// One typed value of a document item, in text form, as typed data, or both.
 #pragma once
 
@@ -33,8 +34,19 @@ class ParserWord;
 /// destroyed. What the accessors hand out belongs to the value and is good until the next setter or
 /// clear(), or until the value is destroyed.
 ///
-/// Failures: a conversion that the type does not allow gives one warning on Plinth::console and
-/// returns a default; nothing is thrown but `std::bad_alloc`.
+/// Conversions: bools, characters, integers and doubles convert into one another; strings, groups,
+/// blocks and empty tags do not. Where there is no conversion, one warning is given on
+/// Plinth::console, "ParserValue::getAsInt: type mismatch, value type is 'TYPE_STRING' \n", and a
+/// default is returned. The text of a value that came from a document is converted leniently,
+/// without a message: a bool is true only for `yes`, a number is read as far as it goes and is 0
+/// where it does not begin.
+///
+/// Binary: the encoders, such as intToBin(), append to `buffer`, little-endian on every machine,
+/// and return the number of bytes that they appended. The decoders, such as binToInt(), read at
+/// `pos`, in bytes from 0, and move it behind what they have read; where fewer bytes are left than
+/// a number needs, they return 0 (false, 0.0) and leave `pos` at the end of the data.
+///
+/// Failures: nothing is thrown but `std::bad_alloc`.
 ///
 /// Threads: the `const` operations fill caches, so even reading one value from two threads at once
 /// needs a lock outside.
@@ -104,14 +116,6 @@ class QUARRY_EXPORT ParserValue {
   /// Returns the enumerator's name, such as "TYPE_INT", for messages. Blocks of bytes, the empty
   /// tag and numbers outside the enumeration have no name of their own: "TYPE_UNKNOWN".
   static std::string getType_name(const Type& type);
-
-  // The conversions. Bools, characters, integers and doubles convert into one another; strings,
-  // groups, blocks and empty tags do not. Where there is no conversion, one warning is given:
-  // "ParserValue::getAsInt: type mismatch, value type is 'TYPE_STRING' \n".
-  //
-  // The text of a value that came from a document is converted leniently, without a message: a
-  // bool is true only for `yes`, a number is read as far as it goes and is 0 where it does not
-  // begin.
 
   /// Returns the bool, or whether the number is not 0 (NaN is true); false after the warning.
   bool getAsBool() const;
@@ -191,11 +195,6 @@ class QUARRY_EXPORT ParserValue {
   /// the enumeration have no data. Nested groups may be of any depth.
   /// @param count is increased by the number of bytes appended
   void getBinary(std::vector<char>& buffer, unsigned long& count, const bool& withTag) const;
-
-  // The encoders append to `buffer`, little-endian on every machine, and return the number of bytes
-  // that they appended. The decoders read at `pos`, in bytes from 0, and move it behind what they
-  // have read; where fewer bytes are left than a number needs, they return 0 (false, 0.0) and leave
-  // `pos` at the end of the data.
 
   /// Appends 1 for true, 0 for false. Returns 1.
   static unsigned long boolToBin(std::vector<char>& buffer, const bool& value);

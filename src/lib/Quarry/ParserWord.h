@@ -1,3 +1,4 @@
+/// @file
 /// One word of a document's text.
 #pragma once
 
@@ -31,19 +32,19 @@ class QUARRY_EXPORT ParserWord {
  public:
   /// What a word is, in the order of the stored numbers.
   enum Type : std::int32_t {
-    WORD_IDENTIFIER = 0,
-    WORD_OPERATOR = 1,
-    WORD_SEPARATOR = 2,
-    WORD_KEYWORD = 3,
-    WORD_BOOL = 4,
-    WORD_BINARYDATA = 5,
-    WORD_BRACE = 6,  ///< given by no classification test
-    WORD_INT = 7,
-    WORD_DOUBLE = 8,
-    WORD_STRING = 9,
-    WORD_EMPTYTAG = 10,
-    WORD_NONE = 11,    ///< never a word's type: the parser's mark for "no word yet"
-    WORD_UNKNOWN = 12  ///< not classified yet
+    WORD_IDENTIFIER = 0,  ///< see isIdentifier()
+    WORD_OPERATOR = 1,    ///< see isOperator()
+    WORD_SEPARATOR = 2,   ///< see isSeparator()
+    WORD_KEYWORD = 3,     ///< see isKeyword()
+    WORD_BOOL = 4,        ///< see isBool()
+    WORD_BINARYDATA = 5,  ///< see isBinaryData()
+    WORD_BRACE = 6,       ///< given by no classification test
+    WORD_INT = 7,         ///< see isInt()
+    WORD_DOUBLE = 8,      ///< see isDouble()
+    WORD_STRING = 9,      ///< see isString()
+    WORD_EMPTYTAG = 10,   ///< see isEmptyTag()
+    WORD_NONE = 11,       ///< never a word's type: the parser's mark for "no word yet"
+    WORD_UNKNOWN = 12     ///< not classified yet
   };
 
   /// The array size of a word that names no array.

@@ -1,3 +1,4 @@
+/// @file
 /// What of a tree is lost when it is written to a file and read back.
 #pragma once
 
@@ -15,7 +16,7 @@ class ParserItem;
 
 /// An item, or a value of an item, that writing and reading back does not leave as it is.
 struct RewriteHazard {
-  /// What does harm. The names that getHazardName() gives are stable.
+  /// The kinds of harm. The names that getHazardName() gives are stable.
   enum Kind : std::int32_t {
     // Of items.
     ODD_NAME,            ///< code gave a name that no text can hold
@@ -43,8 +44,10 @@ struct RewriteHazard {
     UNEXPLAINED  ///< the first item or value of the tree that is not read back as it is
   };
 
+  /// Stands for no value.
   static constexpr unsigned long NO_VALUE = static_cast<unsigned long>(-1);
 
+  /// What does harm.
   Kind kind = UNEXPLAINED;
 
   /// Where, as SourceTree writes paths: "scene/layer[2]/name#3" is the third value of that item.
@@ -53,8 +56,10 @@ struct RewriteHazard {
   /// Why, in a sentence.
   std::string reason;
 
-  /// The item, which is the tree's, and the index of its value; NO_VALUE for the item itself.
+  /// The item; the tree's, and good until that loses it.
   const ParserItem* item = nullptr;
+
+  /// The index of its value, from 0; NO_VALUE for the item itself.
   unsigned long value = NO_VALUE;
 };
 

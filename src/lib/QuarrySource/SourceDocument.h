@@ -1,3 +1,4 @@
+/// @file
 /// A document as people see it: its files, and where everything in it comes from.
 #pragma once
 
@@ -20,6 +21,7 @@ struct SourcePosition {
   unsigned long opening = 0;  ///< an index for SourceDocument::getOpening()
   unsigned long offset = 0;   ///< in the file's text, from 0
 
+  /// Tells whether both are the same byte of the same opening.
   bool operator==(const SourcePosition& other) const {
     return opening == other.opening && offset == other.offset;
   }
@@ -27,7 +29,7 @@ struct SourcePosition {
 
 /// A stretch of an opened file, of which all bytes stand one behind the other.
 struct SourcePiece {
-  SourcePosition position;
+  SourcePosition position;   ///< of its first byte
   unsigned long length = 0;  ///< in bytes, more than 0
 };
 
@@ -63,10 +65,12 @@ struct SourcePlace {
 /// document. References and pointers that are handed out are good until the next read().
 class QUARRYSOURCE_EXPORT SourceDocument {
  public:
+  /// Stands for no place, and for none of the things that are counted from 0.
   static constexpr unsigned long NOWHERE = static_cast<unsigned long>(-1);
 
   // --- Make ------------------------------------------------------------------------------------
 
+  /// Makes an empty document: without search paths, limits and files.
   SourceDocument();
   SourceDocument(const SourceDocument&) = delete;
   SourceDocument& operator=(const SourceDocument&) = delete;
@@ -78,6 +82,7 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   /// Sets limits, as ParserFile::setLimits() does.
   void setLimits(const ParserLimits& newLimits);
 
+  /// Returns the limits within which documents are read; all are off at first.
   const ParserLimits& getLimits() const { return limits; }
 
   /// Lets a text stand in for a file, which need not exist: for what an editor has not saved yet.
@@ -126,13 +131,13 @@ class QUARRYSOURCE_EXPORT SourceDocument {
   /// Returns how many files were opened; the top file is opening 0. 0 when it was not found.
   unsigned long getOpeningCount() const { return openings.size(); }
 
-  /// @param index below getOpeningCount()
+  /// Returns opening `index`, from 0, in the order of opening. The index is not checked.
   const Opening& getOpening(unsigned long index) const { return openings[index]; }
 
   /// Returns how many different files the document has.
   unsigned long getFileCount() const { return files.size(); }
 
-  /// @param index below getFileCount()
+  /// Returns file `index`, from 0. The index is not checked.
   const SourceFile& getFile(unsigned long index) const { return *files[index]; }
 
   /// Returns the file of an opening, by its index.

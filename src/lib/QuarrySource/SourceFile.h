@@ -1,3 +1,4 @@
+/// @file
 /// One file of a document, as it stands.
 #pragma once
 
@@ -20,6 +21,7 @@ struct LineColumn {
 /// A plain file is read up to its first zero byte: what is behind that is no part of the document.
 class QUARRYSOURCE_EXPORT SourceFile {
  public:
+  /// Makes a file of a text; nothing is read.
   /// @param path where the file was found, as it is shown and opened
   SourceFile(std::string path, std::string text);
 

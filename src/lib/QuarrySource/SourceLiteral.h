@@ -1,3 +1,4 @@
+/// @file
 /// A value that is to be written into a document.
 #pragma once
 
@@ -18,16 +19,19 @@ namespace Quarry {
 /// ```
 class QUARRYSOURCE_EXPORT SourceLiteral {
  public:
+  /// Makes a bool, `yes` or `no`.
   static SourceLiteral makeBool(bool value);
+  /// Makes an integer, in decimal.
   static SourceLiteral makeInt(int value);
 
-  /// The shortest spelling that reads as the same double. What is not finite gets a sign, `+inf`
-  /// or `-nan`: without one it would be a name.
+  /// Makes a double in the shortest spelling that reads as the same one. What is not finite gets a
+  /// sign, `+inf` or `-nan`: without one it would be a name.
   static SourceLiteral makeDouble(double value);
 
-  /// Any bytes; which of them a document can hold is its format version's affair.
+  /// Makes a string of any bytes; which of them a document can hold is its format version's affair.
   static SourceLiteral makeString(const std::string& value);
 
+  /// Makes a block of bytes, a copy.
   static SourceLiteral makeBinary(const std::string& bytes);
 
   /// Makes `<empty>`, which is no value but stands where one is expected.
@@ -37,6 +41,7 @@ class QUARRYSOURCE_EXPORT SourceLiteral {
   /// gives an invalid literal, with which no edit is made.
   static SourceLiteral parse(const std::string& word);
 
+  /// Tells whether there is something to write; only parse() makes literals without.
   bool isValid() const { return problem.empty(); }
 
   /// Returns why the literal is invalid; empty where it is valid.

@@ -1,3 +1,4 @@
+/// @file
 /// The items of a document, and where they stand.
 #pragma once
 
@@ -15,28 +16,30 @@ namespace Quarry {
 /// A value of an item, as it is spelled. All offsets are those of the preprocessed text.
 struct SourceValue {
   ParserValue::Type type = ParserValue::TYPE_EMPTY;  ///< TYPE_EMPTY for `<empty>`
-  unsigned long begin = 0;
-  unsigned long length = 0;  ///< in bytes
+  unsigned long begin = 0;                           ///< of its first byte
+  unsigned long length = 0;                          ///< in bytes
 };
 
 /// An item, as it stands. All offsets are those of the preprocessed text; NOWHERE is none.
 struct SourceItem {
+  /// Stands for no place, and for no item.
   static constexpr unsigned long NOWHERE = SourceDocument::NOWHERE;
 
-  ParserItem::Type type = ParserItem::ITEM_PLAIN;
-  unsigned long nameBegin = 0;
-  unsigned long nameLength = 0;        ///< in bytes
-  unsigned long end = 0;               ///< behind the last word that belongs to it
-  unsigned long groupBegin = NOWHERE;  ///< of the brace that opens its group
-  unsigned long groupEnd = NOWHERE;    ///< of the brace that closes it; none at the document's end
+  ParserItem::Type type = ParserItem::ITEM_PLAIN;  ///< plain, keyword or call
+  unsigned long nameBegin = 0;                     ///< of the first byte of its name
+  unsigned long nameLength = 0;                    ///< in bytes
+  unsigned long end = 0;                           ///< behind the last word that belongs to it
+  unsigned long groupBegin = NOWHERE;              ///< of the brace that opens its group
+  unsigned long groupEnd = NOWHERE;  ///< of the brace that closes it; none at the document's end
   unsigned long argumentsBegin = NOWHERE;  ///< of the parenthesis that opens its arguments
   unsigned long argumentsEnd = NOWHERE;    ///< of the one that closes them
 
   unsigned long parent = NOWHERE;  ///< the item in whose group it is; none for the root's items
   unsigned long next = 0;          ///< the item behind it and everything in its group
-  unsigned long firstValue = 0;
-  unsigned long valueCount = 0;  ///< without its group, with every `<empty>`
+  unsigned long firstValue = 0;    ///< for SourceTree::getValue()
+  unsigned long valueCount = 0;    ///< without its group, with every `<empty>`
 
+  /// Tells whether the item holds a group.
   bool hasGroup() const { return groupBegin != NOWHERE; }
 };
 
@@ -46,6 +49,7 @@ struct SourceTarget {
   unsigned long value = SourceDocument::NOWHERE;  ///< of the item, from 0; none for all of it
   std::string problem;                            ///< why it leads nowhere; empty where it does not
 
+  /// Tells whether the path leads to an item, a value or the root.
   bool isFound() const { return problem.empty(); }
 };
 
@@ -62,22 +66,24 @@ struct SourceTarget {
 /// `std::bad_alloc` when memory runs out.
 class QUARRYSOURCE_EXPORT SourceTree {
  public:
+  /// Stands for no item, and for the root where a parent is meant.
   static constexpr unsigned long NOWHERE = SourceDocument::NOWHERE;
 
   /// Parses the text of the document once more.
   explicit SourceTree(const SourceDocument& source);
 
+  /// Returns the document of which this is the tree.
   const SourceDocument& getDocument() const { return document; }
 
   // --- Look ------------------------------------------------------------------------------------
 
+  /// Returns the number of items, those of all groups counted.
   unsigned long getItemCount() const { return items.size(); }
 
-  /// @param index below getItemCount()
+  /// Returns item `index`, from 0, in the order of the text. The index is not checked.
   const SourceItem& getItem(unsigned long index) const { return items[index]; }
 
-  /// Returns a value of an item, from 0, every `<empty>` counted.
-  /// @param index below the item's valueCount
+  /// Returns value `index` of an item, from 0, every `<empty>` counted. The index is not checked.
   const SourceValue& getValue(const SourceItem& item, unsigned long index) const {
     return values[item.firstValue + index];
   }
