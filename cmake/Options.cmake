@@ -9,6 +9,7 @@ option(QUARRY_PRECOMPILED_HEADERS "Compile large foreign headers once for each p
 option(QUARRY_FUZZ "Build the fuzz targets with libFuzzer" OFF)
 option(QUARRY_GUARD_PAGES "Give the test programs a heap that ends at forbidden pages" OFF)
 option(QUARRY_EXAMPLES "Build the examples" ${QUARRY_TESTS})
+option(QUARRY_VIEWER "Build the example that shows a document in a window" ${QUARRY_TESTS})
 option(QUARRY_BENCHMARKS "Build the benchmarks" OFF)
 option(QUARRY_WERROR "Treat warnings as errors" OFF)
 
