@@ -24,7 +24,7 @@ constexpr char DESCRIPTION[] =
 class HelpFormatter : public CLI::Formatter {
  public:
   std::string make_description(const CLI::App* command) const override {
-    const std::string description = Formatter::make_description(command);
+    std::string description = Formatter::make_description(command);
     const auto found = examples.find(command);
     if (found == examples.end()) return description;
     return description + "\nExamples:\n" + found->second + "\n";

@@ -130,7 +130,8 @@ class JsonWriter {
   /// A number without a text is not one with an empty text, which is written as nothing. A bool
   /// without one is written as any other.
   void appendLackOfText(const ParserValue& value) {
-    const ParserValue copy(value);  // asking makes a text
+    // Asking makes a text, which the value itself shall not get.
+    const ParserValue copy(value);  // NOLINT(performance-unnecessary-copy-initialization)
     std::string text;
     copy.getText(text, false, 1);
     if (text.empty()) {
