@@ -7,6 +7,7 @@
 #include <Quarry/internal/WordEditor.h>
 
 #include "internal/DiagnosticCollector.h"
+#include "internal/ParserRules.h"
 #include "internal/SourceCollector.h"
 #include "internal/SpanCutter.h"
 #include "internal/StandInFiles.h"
@@ -32,8 +33,6 @@ std::string withoutLineFeed(std::string sentence) {
 bool isBefore(const SourcePosition& a, const SourcePosition& b) {
   return a.opening != b.opening ? a.opening < b.opening : a.offset < b.offset;
 }
-
-bool isAboutFiles(SourceRule rule) { return rule <= SourceRule::INCLUDE_CYCLE; }
 
 }  // namespace
 
@@ -286,19 +285,15 @@ std::string SourceDocument::describe(const SourceDiagnostic& diagnostic) const {
     case SourceRule::GROUP_NOT_CLOSED: return "The group is not closed.";
     default: break;
   }
-  const bool isParsers = diagnostic.rule >= SourceRule::TEMPLATE_INSIDE_TEMPLATE &&
-                         diagnostic.rule <= SourceRule::UNKNOWN_WORD;
-  if (!isParsers) return withoutLineFeed(messages[diagnostic.message]);
+  if (!ParserRules::has(diagnostic.rule)) return withoutLineFeed(messages[diagnostic.message]);
   const ParserWord word = getWord(diagnostic.wordBegin, diagnostic.wordLength);
-  constexpr auto FIRST = static_cast<int>(SourceRule::TEMPLATE_INSIDE_TEMPLATE);
-  const auto kind = static_cast<Diagnostic>(static_cast<int>(diagnostic.rule) - FIRST);
-  return withoutLineFeed(Messages::describe(kind, word));
+  return withoutLineFeed(Messages::describe(ParserRules::toDiagnostic(diagnostic.rule), word));
 }
 
 std::string SourceDocument::getMessage(const SourceDiagnostic& diagnostic) const {
   if (!diagnostic.isWarning) return describe(diagnostic);
   std::string sentence = describe(diagnostic) + "\n";
-  if (diagnostic.line == 0 && isAboutFiles(diagnostic.rule)) return sentence;
+  if (diagnostic.line == 0) return sentence;
   return Messages::atPlace(diagnostic.line, diagnostic.column) + sentence;
 }
 

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+#include "ParserRules.h"
+
 namespace Quarry {
 
 /// The parser's sink: fills the diagnostics of a document, and takes note of what the parser passes
@@ -41,7 +43,8 @@ class DiagnosticCollector {
   }
 
   void warning(Diagnostic diagnostic, const ParserWord& word) {
-    SourceDiagnostic& added = add(ruleOf(diagnostic), word.getStart(), word.getLength());
+    SourceDiagnostic& added =
+        add(ParserRules::toRule(diagnostic), word.getStart(), word.getLength());
     added.line = word.getLine();
     added.column = word.getColumn();
   }
@@ -57,13 +60,6 @@ class DiagnosticCollector {
   }
 
  private:
-  static SourceRule ruleOf(Diagnostic diagnostic) {
-    constexpr auto FIRST = static_cast<int>(SourceRule::TEMPLATE_INSIDE_TEMPLATE);
-    static_assert(static_cast<int>(SourceRule::UNKNOWN_WORD) - FIRST ==
-                  static_cast<int>(Diagnostic::UNKNOWN_WORD));
-    return static_cast<SourceRule>(FIRST + static_cast<int>(diagnostic));
-  }
-
   SourceDiagnostic make(SourceRule rule, unsigned long begin, unsigned long length) const {
     const SourcePiece piece = document.getPieces(begin, length).front();
     SourceDiagnostic diagnostic;
