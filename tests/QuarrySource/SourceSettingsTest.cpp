@@ -56,9 +56,13 @@ TEST(SourceSettingsTest, DocumentsAreExchangedWithAllThatTheyHold) {
   SourceDocument one;
   one.setText("a.cfg", "a <>");
   one.read("a.cfg");
+  EXPECT_EQ(one.getSpans(0).size(), 3U);
   SourceDocument other;
+  other.setText("b.cfg", "b 1 // one\n 2");
+  other.read("b.cfg");
   one.swap(other);
-  EXPECT_EQ(one.getOpeningCount(), 0U);
+  EXPECT_EQ(one.getText(), "b 1  2");
+  EXPECT_EQ(one.getSpans(0).size(), 7U);
   EXPECT_EQ(one.findText("a.cfg"), nullptr);
   EXPECT_EQ(other.getText(), "a <>");
   EXPECT_EQ(other.getTextOffset({0, 2}), 2U);
