@@ -80,9 +80,11 @@ std::string findSharedFile(const SourceDocument& document, const ChangesByPath& 
     const std::string& path = document.getFile(i).getPath();
     const std::string& known = pathsOfFiles.emplace(getTruePath(path), path).first->second;
     if (known == path) continue;
-    const std::string reason = "' are the same file";
-    if (changes.count(known) > 0) return "'" + known + "' and '" + path + reason;
-    if (changes.count(path) > 0) return "'" + path + "' and '" + known + reason;
+    const bool isKnownChanged = changes.count(known) > 0;
+    if (!isKnownChanged && changes.count(path) == 0) continue;
+    const std::string& changed = isKnownChanged ? known : path;
+    const std::string& other = isKnownChanged ? path : known;
+    return "'" + changed + "' and '" + other + "' are the same file";
   }
   return std::string();
 }
