@@ -20,7 +20,7 @@ bool isBelow(const std::string& path, std::string folder) {
 
 /// Returns where a file lies, or would lie: a text may stand in for one that is not there.
 std::string findPlace(const std::string& path) {
-  const std::string place = resolvePath(path);
+  std::string place = resolvePath(path);
   if (!place.empty()) return place;
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(path, error);
