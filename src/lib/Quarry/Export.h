@@ -3,5 +3,5 @@
 
 #define QUARRY_EXPORT __attribute__((visibility("default")))
 
-/// What the library inlines within itself, and is no one else's.
+/// What is the library's own, although a class that it shows has it.
 #define QUARRY_HIDDEN __attribute__((visibility("hidden")))

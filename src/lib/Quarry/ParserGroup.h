@@ -198,18 +198,19 @@ class QUARRY_EXPORT ParserGroup {
   };
 
   QUARRY_HIDDEN void append(ParserItem* item);
-  ParserItem* append(std::unique_ptr<ParserItem> item);
-  ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group, bool folding);
-  void removeLastItem();
-  void growItems();
-  void enter(const ParserItem& item, unsigned long position);
-  void leave(const ParserItem& item) noexcept;
-  Positions& makePositions();
-  static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
-  ParserItem* plainAt(unsigned long index) const;
-  ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
-  void makeNames() const noexcept;
-  void forgetNames() const noexcept;
+  QUARRY_HIDDEN ParserItem* append(std::unique_ptr<ParserItem> item);
+  QUARRY_HIDDEN ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group,
+                                          bool folding);
+  QUARRY_HIDDEN void removeLastItem();
+  QUARRY_HIDDEN void growItems();
+  QUARRY_HIDDEN void enter(const ParserItem& item, unsigned long position);
+  QUARRY_HIDDEN void leave(const ParserItem& item) noexcept;
+  QUARRY_HIDDEN Positions& makePositions();
+  QUARRY_HIDDEN static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
+  QUARRY_HIDDEN ParserItem* plainAt(unsigned long index) const;
+  QUARRY_HIDDEN ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
+  QUARRY_HIDDEN void makeNames() const noexcept;
+  QUARRY_HIDDEN void forgetNames() const noexcept;
 
   std::unique_ptr<const std::string> name;  ///< null for an empty one: nested groups have none
   detail::ItemList items;                   ///< owned; null where an item was detached

@@ -292,22 +292,22 @@ class QUARRY_EXPORT ParserItem {
 
   ParserValue* begin() const { return values; }
   ParserValue* end() const { return values + count; }
-  ParserValue& valueAt(const unsigned long& index) const;
+  QUARRY_HIDDEN ParserValue& valueAt(const unsigned long& index) const;
   ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
   QUARRY_HIDDEN static std::uint32_t saturate(unsigned long number);
   QUARRY_HIDDEN void* nextPlace() const;
   QUARRY_HIDDEN void reserve(unsigned long places) const;
-  void grow(unsigned long places) const;
+  QUARRY_HIDDEN void grow(unsigned long places) const;
   QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;
-  void takeList(ParserItem& from) noexcept;
-  void freePlaces() const noexcept;
+  QUARRY_HIDDEN void takeList(ParserItem& from) noexcept;
+  QUARRY_HIDDEN void freePlaces() const noexcept;
   void freeValues() noexcept;
-  void appendText(ParserValue::Type valueType, std::string_view text);
-  ParserGroup* appendGroup(ParserGroup* group) const;
-  void copyDetails(const ParserItem& other);
-  Details& makeDetails();
-  void noteNewName() const;
-  static void readQuoted(const ParserWord& word, std::string& text);
+  QUARRY_HIDDEN void appendText(ParserValue::Type valueType, std::string_view text);
+  QUARRY_HIDDEN ParserGroup* appendGroup(ParserGroup* group) const;
+  QUARRY_HIDDEN void copyDetails(const ParserItem& other);
+  QUARRY_HIDDEN Details& makeDetails();
+  QUARRY_HIDDEN void noteNewName() const;
+  QUARRY_HIDDEN static void readQuoted(const ParserWord& word, std::string& text);
 
   std::string name;
   mutable ParserValue* values;       ///< side by side; getGroup() may add the first one

@@ -77,7 +77,7 @@ class QUARRY_EXPORT ParserItems : public Plinth::Collection<ParserItem*> {
   friend class ParserGroup;
 
   /// Returns the items of a group's list that are no keywords.
-  static ParserItems select(const detail::ItemList& items);
+  QUARRY_HIDDEN static ParserItems select(const detail::ItemList& items);
 };
 
 }  // namespace Quarry

@@ -306,15 +306,16 @@ class QUARRY_EXPORT ParserValue {
   enum class Form : std::uint8_t { DATA, TEXT };
   QUARRY_HIDDEN ParserValue(Form form, Type valueType);
   /// A string as data.
-  ParserValue(Form form, std::string_view bytes);
+  QUARRY_HIDDEN ParserValue(Form form, std::string_view bytes);
   /// A text of a type that isKeptAsText(). Bytes up to `readable` may be read, though not used.
   QUARRY_HIDDEN ParserValue(Form form, Type valueType, std::string_view text, const char* readable);
-  explicit ParserValue(std::unique_ptr<BinaryBlock> block);
+  QUARRY_HIDDEN explicit ParserValue(std::unique_ptr<BinaryBlock> block);
   QUARRY_HIDDEN static void relocate(ParserValue& from, void* to) noexcept;
 
-  static bool isKeptAsText(Type type);
-  static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes, unsigned long size);
-  static std::unique_ptr<BinaryBlock> readBlock(std::string_view word);
+  QUARRY_HIDDEN static bool isKeptAsText(Type type);
+  QUARRY_HIDDEN static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes,
+                                                              unsigned long size);
+  QUARRY_HIDDEN static std::unique_ptr<BinaryBlock> readBlock(std::string_view word);
 
   bool isGroup() const { return type == TYPE_GROUP; }
   /// Returns the group, or null for any other type and after clear().
@@ -322,22 +323,22 @@ class QUARRY_EXPORT ParserValue {
   /// Tells whether there is a text; never for a group.
   bool hasText() const { return textValid && !isGroup(); }
   /// The text, or the bytes of a string; empty where there are none.
-  std::string_view getBytes() const;
+  QUARRY_HIDDEN std::string_view getBytes() const;
   char* inlineText() const { return reinterpret_cast<char*>(&content); }
 
-  bool isNumeric(const char* operation) const;
-  bool isHeldString() const;
+  QUARRY_HIDDEN bool isNumeric(const char* operation) const;
+  QUARRY_HIDDEN bool isHeldString() const;
   /// As getAsString(), without making a string.
-  std::string_view getAsBytes() const;
-  double getNumber() const;
-  Data convert() const;
-  void warnOfMismatch(const char* operation) const;
-  void become(Type newType);
-  void release() noexcept;
-  void takeOver(ParserValue& other) noexcept;
-  void storeText(std::string_view text, unsigned long room) const;
-  void freeLongText() const noexcept;
-  void makeText() const;
+  QUARRY_HIDDEN std::string_view getAsBytes() const;
+  QUARRY_HIDDEN double getNumber() const;
+  QUARRY_HIDDEN Data convert() const;
+  QUARRY_HIDDEN void warnOfMismatch(const char* operation) const;
+  QUARRY_HIDDEN void become(Type newType);
+  QUARRY_HIDDEN void release() noexcept;
+  QUARRY_HIDDEN void takeOver(ParserValue& other) noexcept;
+  QUARRY_HIDDEN void storeText(std::string_view text, unsigned long room) const;
+  QUARRY_HIDDEN void freeLongText() const noexcept;
+  QUARRY_HIDDEN void makeText() const;
   void appendText(std::string& out) const;
 
   Type type;

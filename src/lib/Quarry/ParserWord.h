@@ -161,7 +161,7 @@ class QUARRY_EXPORT ParserWord {
 
   const char* begin() const { return text + start; }
   const char* end() const { return text + start + length; }
-  bool classify(Type wanted, bool holds) const;
+  QUARRY_HIDDEN bool classify(Type wanted, bool holds) const;
   template <unsigned long SIZE>
   bool spells(const char (&literal)[SIZE]) const;
 

@@ -211,13 +211,14 @@ class QUARRYSOURCE_EXPORT SourceDocument {
     unsigned long length;
   };
 
-  void clear();
-  void preprocess();
-  bool parse();
-  void orderByFile();
-  const Run* findRun(unsigned long offset) const;
-  std::vector<unsigned long>::const_iterator findInFiles(const SourcePosition& position) const;
-  const std::vector<unsigned long>& getWordEnds() const;
+  QUARRYSOURCE_HIDDEN void clear();
+  QUARRYSOURCE_HIDDEN void preprocess();
+  QUARRYSOURCE_HIDDEN bool parse();
+  QUARRYSOURCE_HIDDEN void orderByFile();
+  QUARRYSOURCE_HIDDEN const Run* findRun(unsigned long offset) const;
+  QUARRYSOURCE_HIDDEN std::vector<unsigned long>::const_iterator findInFiles(
+      const SourcePosition& position) const;
+  QUARRYSOURCE_HIDDEN const std::vector<unsigned long>& getWordEnds() const;
 
   std::vector<std::string> searchPaths;
   ParserLimits limits;

@@ -164,25 +164,30 @@ class QUARRYSOURCE_EXPORT SourceEditor {
     bool isStandIn;  ///< the text did not come from the disk
   };
 
-  bool refuse(const std::string& reason);
-  bool begin();
-  bool acceptLiterals(const std::vector<SourceLiteral>& literals);
-  bool findItem(const std::string& path, unsigned long& item);
-  bool findValue(const std::string& path, unsigned long& item, unsigned long& value);
-  bool findGroup(const std::string& path, unsigned long& item);
-  bool isEmptyItem(unsigned long item) const;
-  bool isKept(const SourceValue& value, const SourceLiteral& literal) const;
-  SourceEdit startValueEdit(unsigned long item) const;
-  bool replaceValue(unsigned long item, unsigned long value, const SourceLiteral& literal);
-  bool changeValues(unsigned long item, const std::vector<SourceLiteral>& literals);
-  bool appendValue(unsigned long item, const SourceLiteral& literal);
-  bool insert(const std::string& parentPath, const SourcePlacement& placement,
-              const TreeEvent& event, const std::vector<SourceLiteral>& literals);
-  bool placeItem(unsigned long parent, const SourcePlacement& placement, const NewItem& added,
-                 SourceEdit& edit, unsigned long& itemsBefore);
-  bool make(const SourceEdit& edit);
-  void accept(EditCheck& check);
-  bool saveFile(const std::string& path, const std::string& text);
+  QUARRYSOURCE_HIDDEN bool refuse(const std::string& reason);
+  QUARRYSOURCE_HIDDEN bool begin();
+  QUARRYSOURCE_HIDDEN bool acceptLiterals(const std::vector<SourceLiteral>& literals);
+  QUARRYSOURCE_HIDDEN bool findItem(const std::string& path, unsigned long& item);
+  QUARRYSOURCE_HIDDEN bool findValue(const std::string& path, unsigned long& item,
+                                     unsigned long& value);
+  QUARRYSOURCE_HIDDEN bool findGroup(const std::string& path, unsigned long& item);
+  QUARRYSOURCE_HIDDEN bool isEmptyItem(unsigned long item) const;
+  QUARRYSOURCE_HIDDEN bool isKept(const SourceValue& value, const SourceLiteral& literal) const;
+  QUARRYSOURCE_HIDDEN SourceEdit startValueEdit(unsigned long item) const;
+  QUARRYSOURCE_HIDDEN bool replaceValue(unsigned long item, unsigned long value,
+                                        const SourceLiteral& literal);
+  QUARRYSOURCE_HIDDEN bool changeValues(unsigned long item,
+                                        const std::vector<SourceLiteral>& literals);
+  QUARRYSOURCE_HIDDEN bool appendValue(unsigned long item, const SourceLiteral& literal);
+  QUARRYSOURCE_HIDDEN bool insert(const std::string& parentPath, const SourcePlacement& placement,
+                                  const TreeEvent& event,
+                                  const std::vector<SourceLiteral>& literals);
+  QUARRYSOURCE_HIDDEN bool placeItem(unsigned long parent, const SourcePlacement& placement,
+                                     const NewItem& added, SourceEdit& edit,
+                                     unsigned long& itemsBefore);
+  QUARRYSOURCE_HIDDEN bool make(const SourceEdit& edit);
+  QUARRYSOURCE_HIDDEN void accept(EditCheck& check);
+  QUARRYSOURCE_HIDDEN bool saveFile(const std::string& path, const std::string& text);
 
   SourceDocument& document;
   std::unique_ptr<SourceTree> tree;

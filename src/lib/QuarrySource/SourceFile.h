@@ -47,9 +47,9 @@ class QUARRYSOURCE_EXPORT SourceFile {
   unsigned long getLineCount() const;
 
  private:
-  const std::vector<unsigned long>& getLineBegins() const;
-  unsigned long getTextBegin(unsigned long line) const;
-  unsigned long getTextEnd(unsigned long line) const;
+  QUARRYSOURCE_HIDDEN const std::vector<unsigned long>& getLineBegins() const;
+  QUARRYSOURCE_HIDDEN unsigned long getTextBegin(unsigned long line) const;
+  QUARRYSOURCE_HIDDEN unsigned long getTextEnd(unsigned long line) const;
 
   std::string path;
   std::string text;

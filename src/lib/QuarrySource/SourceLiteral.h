@@ -61,7 +61,7 @@ class QUARRYSOURCE_EXPORT SourceLiteral {
   bool isFirstValueOf(const ParserItem& item) const;
 
  private:
-  SourceLiteral(ParserValue::Type itsType, std::string itsSpelling);
+  QUARRYSOURCE_HIDDEN SourceLiteral(ParserValue::Type itsType, std::string itsSpelling);
 
   ParserValue::Type type;
   std::string spelling;  ///< empty for a string that code made

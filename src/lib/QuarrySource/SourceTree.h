@@ -125,9 +125,10 @@ class QUARRYSOURCE_EXPORT SourceTree {
  private:
   friend class TreeCollector;
 
-  const std::vector<unsigned long>& getOrdinals() const;
-  unsigned long findNamed(unsigned long parent, std::string_view name, unsigned long ordinal) const;
-  unsigned long findStep(unsigned long parent, std::string_view step) const;
+  QUARRYSOURCE_HIDDEN const std::vector<unsigned long>& getOrdinals() const;
+  QUARRYSOURCE_HIDDEN unsigned long findNamed(unsigned long parent, std::string_view name,
+                                              unsigned long ordinal) const;
+  QUARRYSOURCE_HIDDEN unsigned long findStep(unsigned long parent, std::string_view step) const;
 
   const SourceDocument& document;
   std::vector<SourceItem> items;
