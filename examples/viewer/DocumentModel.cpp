@@ -1,5 +1,6 @@
 #include "DocumentModel.h"
 
+#include "DoubtfulItems.h"
 #include "ItemText.h"
 
 #include <QApplication>
@@ -7,43 +8,22 @@
 #include <QStringList>
 #include <QStyle>
 
-using Quarry::SourceDiagnostic;
-using Quarry::SourceItem;
-
 DocumentModel::DocumentModel(const Quarry::SourceTree& shown, QObject* parent)
-    : QAbstractItemModel(parent), tree(shown), children(tree.getItemCount() + 1) {
-  for (unsigned long item = 0; item < tree.getItemCount(); ++item) {
-    const unsigned long group = tree.getItem(item).parent;
-    Items& siblings = group == tree.NOWHERE ? children.back() : children[group];
-    rows.push_back(static_cast<int>(siblings.size()));
-    siblings.push_back(item);
-  }
-  for (const SourceDiagnostic& diagnostic : tree.getDocument().getDiagnostics()) {
-    for (QModelIndex at = findIndex(diagnostic); at.isValid(); at = at.parent())
-      doubtful.insert(at);
-  }
-}
+    : QAbstractItemModel(parent), tree(shown), rows(tree), doubtful(findDoubtfulItems(tree)) {}
 
-QModelIndex DocumentModel::findIndex(const SourceDiagnostic& diagnostic) const {
-  if (diagnostic.opening == SourceDiagnostic::NO_OPENING) return {};
-  const unsigned long offset =
-      tree.getDocument().getTextOffset({diagnostic.opening, diagnostic.offset});
-  return makeIndex(offset == tree.NOWHERE ? offset : tree.getItemAt(offset));
+QModelIndex DocumentModel::findIndex(const Quarry::SourceDiagnostic& diagnostic) const {
+  return makeIndex(findDoubtfulItem(tree, diagnostic));
 }
 
 QModelIndex DocumentModel::makeIndex(unsigned long item) const {
-  return item == tree.NOWHERE ? QModelIndex() : createIndex(rows[item], NAME, quintptr(item));
-}
-
-const DocumentModel::Items& DocumentModel::getChildren(const QModelIndex& parent) const {
-  static const Items none;
-  if (!parent.isValid()) return children.back();
-  return parent.column() == NAME ? children[parent.internalId()] : none;
+  return item == tree.NOWHERE ? QModelIndex()
+                              : createIndex(rows.getRow(item), NAME, quintptr(item));
 }
 
 QModelIndex DocumentModel::index(int row, int column, const QModelIndex& parent) const {
   if (!hasIndex(row, column, parent)) return {};
-  return createIndex(row, column, quintptr(getChildren(parent)[static_cast<unsigned>(row)]));
+  const unsigned long group = parent.isValid() ? parent.internalId() : tree.NOWHERE;
+  return createIndex(row, column, quintptr(rows.getItems(group)[static_cast<unsigned>(row)]));
 }
 
 QModelIndex DocumentModel::parent(const QModelIndex& index) const {
@@ -51,18 +31,19 @@ QModelIndex DocumentModel::parent(const QModelIndex& index) const {
 }
 
 int DocumentModel::rowCount(const QModelIndex& parent) const {
-  return static_cast<int>(getChildren(parent).size());
+  if (!parent.isValid()) return static_cast<int>(rows.getItems(tree.NOWHERE).size());
+  return parent.column() == NAME ? static_cast<int>(rows.getItems(parent.internalId()).size()) : 0;
 }
 
 int DocumentModel::columnCount(const QModelIndex&) const { return COLUMN_COUNT; }
 
 QVariant DocumentModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  const SourceItem& item = tree.getItem(index.internalId());
+  const Quarry::SourceItem& item = tree.getItem(index.internalId());
   if (role == Qt::ToolTipRole) return getPlaceText(tree, item);
-  if (role == Qt::DecorationRole && doubtful.count(index) > 0) {
+  const bool isMarked = index.column() == NAME && doubtful.count(index.internalId()) > 0;
+  if (role == Qt::DecorationRole && isMarked)
     return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
-  }
   if (role != Qt::DisplayRole) return {};
   switch (index.column()) {
     case NAME: return getNameText(tree, item);

@@ -2,10 +2,11 @@
 
 #include <QuarrySource/SourceTree.h>
 
+#include "ItemRows.h"
+
 #include <QAbstractItemModel>
 
 #include <set>
-#include <vector>
 
 /// Shows the items of a document to the views of Qt: a row for each, with its name, its type and
 /// its values as they are spelled. A sign marks those that a diagnostic is about.
@@ -29,13 +30,9 @@ class DocumentModel : public QAbstractItemModel {
                       int role = Qt::DisplayRole) const override;
 
  private:
-  using Items = std::vector<unsigned long>;
-
   QModelIndex makeIndex(unsigned long item) const;
-  const Items& getChildren(const QModelIndex& parent) const;
 
   const Quarry::SourceTree& tree;
-  std::vector<Items> children;     ///< of each item, and last of the root
-  std::vector<int> rows;           ///< of each item among its siblings
-  std::set<QModelIndex> doubtful;  ///< what a diagnostic is about, and the groups around it
+  const ItemRows rows;
+  const std::set<unsigned long> doubtful;
 };
