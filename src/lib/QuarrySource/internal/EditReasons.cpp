@@ -38,6 +38,10 @@ std::string getTruePath(const std::string& path) {
   return resolved.empty() ? std::filesystem::path(path).lexically_normal().string() : resolved;
 }
 
+std::string tellSameFile(const std::string& first, const std::string& second) {
+  return "'" + first + "' and '" + second + "' are the same file";
+}
+
 }  // namespace
 
 std::string EditReasons::explain(const FileChanges& changes) const {
@@ -82,9 +86,7 @@ std::string findSharedFile(const SourceDocument& document, const ChangesByPath& 
     if (known == path) continue;
     const bool isKnownChanged = changes.count(known) > 0;
     if (!isKnownChanged && changes.count(path) == 0) continue;
-    const std::string& changed = isKnownChanged ? known : path;
-    const std::string& other = isKnownChanged ? path : known;
-    return "'" + changed + "' and '" + other + "' are the same file";
+    return isKnownChanged ? tellSameFile(known, path) : tellSameFile(path, known);
   }
   return std::string();
 }
