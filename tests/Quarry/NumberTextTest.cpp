@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <locale.h>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@ using namespace std::string_view_literals;
 
 using Quarry::beginsWithDouble;
 using Quarry::beginsWithInt;
+using Quarry::readDouble;
 using Quarry::readInteger;
 
 namespace {
@@ -53,7 +55,13 @@ long long readWithStrtoll(const std::string& text) {
   return std::strtoll(text.c_str(), nullptr, 10);
 }
 
-/// Compares all three with the C library. Digits stand behind the text, which a reading beyond its
+/// Tells whether both have the same bits, or are no numbers.
+bool areSame(double first, double second) {
+  if (std::isnan(first)) return std::isnan(second);
+  return first == second && std::signbit(first) == std::signbit(second);
+}
+
+/// Compares all four with the C library. Digits stand behind the text, which a reading beyond its
 /// end would meet.
 testing::AssertionResult agrees(const std::string& text) {
   const std::string padded = text + "77";
@@ -66,6 +74,9 @@ testing::AssertionResult agrees(const std::string& text) {
   }
   if (readInteger(view) != readWithStrtoll(text)) {
     return testing::AssertionFailure() << "strtoll: " << testing::PrintToString(text);
+  }
+  if (!areSame(readDouble(view), std::strtod(text.c_str(), nullptr))) {
+    return testing::AssertionFailure() << "strtod: " << testing::PrintToString(text);
   }
   return testing::AssertionSuccess();
 }
@@ -142,6 +153,16 @@ TEST(NumberTextTest, AMillionWordsOfNumberBytesAreReadLikeTheCLibraryDoes) {
 
 TEST(NumberTextTest, AMillionWordsOfSignsAndDigitsAreReadLikeTheCLibraryDoes) {
   checkWords("-+ .0123456789012345678901234567890123456789"sv, 24, 1'000'000);
+}
+
+TEST(NumberTextTest, AMillionDecimalsAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  std::mt19937_64 random(21);
+  for (int i = 0; i < 1'000'000; ++i) {
+    std::string text = std::to_string(random() >> (random() % 64));
+    text.insert(random() % (text.size() + 1), ".");
+    ASSERT_TRUE(agrees((i % 2 == 0 ? "-" : "") + text));
+  }
 }
 
 TEST(NumberTextTest, AMillionWordsOfCapitalAndSmallLettersAreReadLikeTheCLibraryDoes) {
