@@ -12,6 +12,7 @@
 #include <random>
 
 #include "EditedDocument.h"
+#include "support/Environment.h"
 #include "support/GeneratedDocuments.h"
 #include "support/TemporaryFolder.h"
 
@@ -37,8 +38,7 @@ namespace {
 constexpr unsigned long NOWHERE = SourceTree::NOWHERE;
 
 unsigned getCount() {
-  const char* wanted = std::getenv("QUARRY_EDIT_DOCUMENTS");
-  return wanted != nullptr ? static_cast<unsigned>(std::strtoul(wanted, nullptr, 10)) : 250;
+  return static_cast<unsigned>(TestSupport::getCount("QUARRY_EDIT_DOCUMENTS", 250));
 }
 
 std::string readBytes(const std::filesystem::path& path) {

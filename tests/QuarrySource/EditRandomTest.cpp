@@ -10,6 +10,7 @@
 
 #include "EditedDocument.h"
 #include "RandomDocuments.h"
+#include "support/Environment.h"
 
 using Quarry::SourceDocument;
 using Quarry::SourceEditor;
@@ -25,10 +26,7 @@ namespace {
 
 using Edit = std::function<bool(SourceEditor&)>;
 
-unsigned long getCount() {
-  const char* wanted = std::getenv("QUARRY_EDIT_DOCUMENTS");
-  return wanted != nullptr ? std::strtoul(wanted, nullptr, 10) : 1000;
-}
+unsigned long getCount() { return TestSupport::getCount("QUARRY_EDIT_DOCUMENTS", 1000); }
 
 void read(SourceDocument& document, const RandomDocument& random,
           const std::map<std::string, std::string>& changed = {}) {

@@ -9,6 +9,7 @@
 #include "TreeGenerator.h"
 #include "TreeModel.h"
 #include "support/CountingConsole.h"
+#include "support/Environment.h"
 
 #include <gtest/gtest.h>
 
@@ -35,11 +36,6 @@ using TestSupport::TreeMaker;
 namespace {
 
 constexpr unsigned long ORDINARY_TREES = 3000;
-
-unsigned long readVariable(const char* name, unsigned long otherwise) {
-  const char* value = std::getenv(name);
-  return value != nullptr ? std::strtoul(value, nullptr, 10) : otherwise;
-}
 
 using Hazards = std::vector<RewriteHazard>;
 
@@ -161,8 +157,8 @@ class RewriteGuardPropertyTest : public testing::Test {
 
 /// And where it is not, it tells all that does harm, and always knows why.
 TEST_F(RewriteGuardPropertyTest, IsSilentExactlyWhenATreeIsReadBackAsItWasWritten) {
-  const unsigned long trees = readVariable("QUARRY_REWRITE_TREES", ORDINARY_TREES);
-  const unsigned long seed = readVariable("QUARRY_REWRITE_SEED", 0);
+  const unsigned long trees = TestSupport::getCount("QUARRY_REWRITE_TREES", ORDINARY_TREES);
+  const unsigned long seed = TestSupport::getCount("QUARRY_REWRITE_SEED", 0, 0);
   for (unsigned long i = 0; i < trees; ++i) {
     SCOPED_TRACE("QUARRY_REWRITE_TREES=1 QUARRY_REWRITE_SEED=" + std::to_string(seed + i));
     checkTree(TreeGenerator(seed + i).makeItems());

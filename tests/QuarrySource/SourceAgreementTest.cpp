@@ -2,6 +2,7 @@
 // and its items. QUARRY_SOURCE_DOCUMENTS sets how many random documents are tried, and
 // QUARRY_SOURCE_SEED the seed of the first one; scripts/check-source tries many.
 
+#include "support/Environment.h"
 #include "support/SourceAgreement.h"
 
 #include <gtest/gtest.h>
@@ -17,11 +18,6 @@ using TestSupport::SourceAgreement;
 using TestSupport::TemporaryFolder;
 
 namespace {
-
-unsigned long getSetting(const char* name, unsigned long otherwise) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? otherwise : std::stoul(value);
-}
 
 /// Files are removed first: to write over one can take until it is on the disk.
 void writeFiles(RandomDocument& random, const TemporaryFolder& folder) {
@@ -54,8 +50,8 @@ void count(const Quarry::SourceDocument& document, Tally& tally) {
 }  // namespace
 
 TEST(SourceAgreementTest, LayerAndLibraryAgreeAboutRandomDocuments) {
-  const unsigned long documents = getSetting("QUARRY_SOURCE_DOCUMENTS", 3000);
-  const unsigned long firstSeed = getSetting("QUARRY_SOURCE_SEED", 1);
+  const unsigned long documents = TestSupport::getCount("QUARRY_SOURCE_DOCUMENTS", 3000);
+  const unsigned long firstSeed = TestSupport::getCount("QUARRY_SOURCE_SEED", 1, 0);
   const TemporaryFolder folder;
   const TestSupport::WorkingDirectory directory(folder.getPath());
   Tally tally;

@@ -6,6 +6,7 @@
 #include <quarry/SameDocument.h>
 
 #include "support/Documents.h"
+#include "support/Environment.h"
 #include "support/GeneratedDocuments.h"
 #include "support/RecordingConsole.h"
 
@@ -27,8 +28,7 @@ namespace {
 using Files = std::map<std::string, std::string>;
 
 unsigned getCount() {
-  const char* count = std::getenv("QUARRY_FORMAT_COUNT");
-  return count != nullptr ? static_cast<unsigned>(std::atoi(count)) : 300;
+  return static_cast<unsigned>(TestSupport::getCount("QUARRY_FORMAT_COUNT", 300));
 }
 
 /// Returns false where the text cannot be read.

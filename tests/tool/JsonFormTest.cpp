@@ -7,6 +7,7 @@
 
 #include "JsonTrees.h"
 #include "support/Documents.h"
+#include "support/Environment.h"
 #include "support/RecordingConsole.h"
 
 #include <cstdlib>
@@ -125,10 +126,7 @@ void checkObjectForm(const ParserGroup& root) {
   EXPECT_TRUE(writeJsonObject(*read(json)) == json);
 }
 
-unsigned long getTreeCount() {
-  const char* count = std::getenv("QUARRY_JSON_TREES");
-  return count != nullptr ? std::strtoul(count, nullptr, 10) : 2000;
-}
+unsigned long getTreeCount() { return TestSupport::getCount("QUARRY_JSON_TREES", 2000); }
 
 /// Returns the documents of the tests, and of a folder that the environment names.
 std::set<fs::path> findFiles(const std::string& extension) {
