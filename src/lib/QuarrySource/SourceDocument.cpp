@@ -34,6 +34,13 @@ bool isBefore(const SourcePosition& a, const SourcePosition& b) {
   return a.opening != b.opening ? a.opening < b.opening : a.offset < b.offset;
 }
 
+/// Sorts by the positions of elements. In a document of one file all are in order already.
+template <typename Elements, typename Projection>
+void sortUnlessSorted(Elements& elements, Projection getPosition) {
+  if (std::ranges::is_sorted(elements, isBefore, getPosition)) return;
+  std::ranges::sort(elements, isBefore, getPosition);
+}
+
 }  // namespace
 
 // --- Make ----------------------------------------------------------------------------------------
@@ -139,11 +146,9 @@ void SourceDocument::preprocess() {
 void SourceDocument::orderByFile() {
   runsInFiles.resize(runs.size());
   std::iota(runsInFiles.begin(), runsInFiles.end(), 0UL);
-  std::sort(runsInFiles.begin(), runsInFiles.end(), [this](unsigned long a, unsigned long b) {
-    return isBefore(runs[a].position, runs[b].position);
-  });
-  std::sort(marks.begin(), marks.end(),
-            [](const Mark& a, const Mark& b) { return isBefore(a.position, b.position); });
+  const auto getPositionOfRun = [this](unsigned long run) { return runs[run].position; };
+  sortUnlessSorted(runsInFiles, getPositionOfRun);
+  sortUnlessSorted(marks, &Mark::position);
 }
 
 bool SourceDocument::parse() {
