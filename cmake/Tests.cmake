@@ -32,7 +32,7 @@ function(quarry_add_tests name)
   endif()
   quarry_enable_warnings(${name})
   if(QUARRY_PRECOMPILED_HEADERS)
-    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    target_precompile_headers(${name} REUSE_FROM TestSupport)
   endif()
 
   if(QUARRY_WHOLE_TEST_PROGRAMS)
