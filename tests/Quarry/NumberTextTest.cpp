@@ -160,7 +160,7 @@ TEST(NumberTextTest, AMillionDecimalsAreReadLikeTheCLibraryDoes) {
   std::mt19937_64 random(21);
   for (int i = 0; i < 1'000'000; ++i) {
     std::string text = std::to_string(random() >> (random() % 64));
-    text.insert(random() % (text.size() + 1), ".");
+    text.insert(static_cast<std::size_t>(random() % (text.size() + 1)), ".");
     ASSERT_TRUE(agrees((i % 2 == 0 ? "-" : "") + text));
   }
 }

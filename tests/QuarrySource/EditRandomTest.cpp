@@ -136,7 +136,7 @@ void checkEdits(const std::function<std::vector<Edit>(const SourceTree&, unsigne
     const SourceTree tree(document);
     if (tree.getItemCount() == 0 || !isReadThroughout(document)) continue;
     std::mt19937_64 choice(seed);
-    for (const Edit& edit : make(tree, choice() % tree.getItemCount()))
+    for (const Edit& edit : make(tree, static_cast<unsigned long>(choice() % tree.getItemCount())))
       ++(checkEdit(random, edit, areRemovals) ? made : refused);
   }
   EXPECT_GT(made, getCount() / 20);

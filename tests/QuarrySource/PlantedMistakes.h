@@ -131,7 +131,7 @@ class MistakePlanter {
   }
 
  private:
-  unsigned long pick(unsigned long count) { return random() % count; }
+  unsigned long pick(unsigned long count) { return static_cast<unsigned long>(random() % count); }
   bool isOneIn(unsigned long count) { return pick(count) == 0; }
 
   template <std::size_t COUNT>

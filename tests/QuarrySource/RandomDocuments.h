@@ -30,7 +30,7 @@ class RandomDocument {
   bool isCompressed() { return isOneIn(40); }
 
  private:
-  unsigned long pick(unsigned long count) { return random() % count; }
+  unsigned long pick(unsigned long count) { return static_cast<unsigned long>(random() % count); }
   bool isOneIn(unsigned long count) { return pick(count) == 0; }
 
   template <std::size_t COUNT>

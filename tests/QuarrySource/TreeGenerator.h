@@ -30,7 +30,7 @@ class TreeGenerator {
   }
 
  private:
-  unsigned long below(unsigned long limit) { return random() % limit; }
+  unsigned long below(unsigned long limit) { return static_cast<unsigned long>(random() % limit); }
   bool oneIn(unsigned long many) { return below(many) == 0; }
   bool isOdd() { return rarity > 0 && oneIn(rarity); }
 

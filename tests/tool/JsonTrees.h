@@ -31,7 +31,7 @@ class JsonTrees {
   using Item = Quarry::ParserItem;
   using Value = Quarry::ParserValue;
 
-  unsigned long pick(unsigned long count) { return random() % count; }
+  unsigned long pick(unsigned long count) { return static_cast<unsigned long>(random() % count); }
   bool chance(unsigned long in) { return pick(in) == 0; }
 
   std::string makeBytes() {
@@ -76,7 +76,8 @@ class JsonTrees {
     const auto kind = static_cast<Item::Type>(pick(3));
     const std::string name = chance(4) ? makeBytes() : std::string(1, "abcd"[pick(4)]);
     auto item = std::make_unique<Item>(name, kind, 0UL, 0UL);
-    if (chance(8)) item->setArray(true, chance(3) ? random() / 2 : pick(300));
+    if (chance(8))
+      item->setArray(true, chance(3) ? static_cast<unsigned long>(random() / 2) : pick(300));
     if (chance(8)) item->setTemplate(makeBytes());
     if (chance(6)) item->setFolding(true);
     const unsigned long count = pick(4);
@@ -106,7 +107,8 @@ class JsonTrees {
     if (chance(2)) return static_cast<double>(pick(100)) / 8;
     static const std::vector<std::uint64_t> EXPONENTS = {0, 0x7FF0000000000000, 0xFFF0000000000000,
                                                          0x8000000000000000};
-    const std::uint64_t bits = EXPONENTS[pick(4)] | (chance(2) ? random() >> 12 : pick(2) << 51);
+    const std::uint64_t bits =
+        EXPONENTS[pick(4)] | (chance(2) ? random() >> 12 : std::uint64_t{pick(2)} << 51);
     double number = 0;
     std::memcpy(&number, &bits, sizeof number);
     return number;

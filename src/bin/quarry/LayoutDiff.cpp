@@ -6,7 +6,7 @@ namespace Tool {
 
 namespace {
 
-constexpr unsigned long CONTEXT = 3;
+constexpr std::size_t CONTEXT = 3;
 
 /// A line, with its line feed if it has one.
 struct Line {
@@ -80,7 +80,7 @@ class HunkWriter {
         end = next + 1;
         next = findChange(end);
       }
-      const std::size_t begin = change - std::min<std::size_t>(change, CONTEXT);
+      const std::size_t begin = change - std::min(change, CONTEXT);
       pass(begin);
       writeHunk(begin, std::min(end + CONTEXT, steps.size()));
       change = next;
