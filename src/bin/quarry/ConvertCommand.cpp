@@ -17,7 +17,6 @@
 #include "TreeSpelling.h"
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string_view>

@@ -20,7 +20,7 @@ struct SourceOptions : InputOptions {
 
   /// Reads a document.
   /// @return as SourceDocument::read(); a Failure is thrown only where standard input cannot be
-  /// read
+  /// read or unpacked
   bool read(Quarry::SourceDocument& document, const std::string& file) const;
 
   /// Reads a document whose bytes, compressed or not, came from standard input.
