@@ -50,7 +50,7 @@ class WordList {
   ParserWord& getLast() { return words.back(); }
 
   bool isExhausted() const { return position == words.size(); }
-  const ParserWord* next() { return &words[position++]; }
+  const ParserWord* next() { return isExhausted() ? nullptr : &words[position++]; }
 
  private:
   std::deque<std::string> texts;

@@ -152,7 +152,7 @@ class WordList {
   }
 
   bool isExhausted() const { return position == words.size(); }
-  const ParserWord* next() { return &words[position++]; }
+  const ParserWord* next() { return isExhausted() ? nullptr : &words[position++]; }
 
   std::unique_ptr<ParserGroup> build(bool way) {
     auto root = std::make_unique<ParserGroup>("root");

@@ -202,7 +202,7 @@ class Words {
   }
 
   bool isExhausted() const { return taken == words.size(); }
-  const ParserWord* next() { return &words[taken++]; }
+  const ParserWord* next() { return isExhausted() ? nullptr : &words[taken++]; }
 
  private:
   std::deque<std::string> texts;

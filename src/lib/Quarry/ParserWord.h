@@ -155,6 +155,7 @@ class QUARRY_EXPORT ParserWord {
   friend class ParserItem;
   friend class ParserValue;
   friend class ParserWordStream;
+  friend class TextWord;
   friend class TreeBuilder;
   friend class WordClassifier;
   friend class WordEditor;

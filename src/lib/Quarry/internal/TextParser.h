@@ -8,6 +8,8 @@
 #include "Diagnostic.h"
 #include "WordClassifier.h"
 
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Quarry {
@@ -25,8 +27,9 @@ namespace Quarry {
 /// with the next one. There is one function per rule, in the order in which a word is tried.
 /// Nesting takes memory, not stack.
 ///
-/// `Words` offers `bool isExhausted()` and `const ParserWord* next()` (null for no further word),
-/// as ParserWordStream does. `Sink` is told, in the order of the text:
+/// `Words` offers `bool isExhausted()` and `next()`, which returns a pointer to the next word or
+/// null for none, as WordCutter and ParserWordStream do; `Word` is TextWord or ParserWord. `Sink`
+/// is told, in the order of the text:
 ///
 ///     beginItem(word)          an item is named; it is the current one until the next event but
 ///                              value, emptyTag, beginCall and warning
@@ -45,6 +48,8 @@ namespace Quarry {
 template <class Words, class Sink>
 class TextParser {
  public:
+  using Word = std::remove_cvref_t<decltype(*std::declval<Words&>().next())>;
+
   /// @param nestingDepth how many groups may stand one within another
   TextParser(Words& wordSource, Sink& listener,
              unsigned long nestingDepth = ParserLimits::UNLIMITED)
@@ -54,11 +59,8 @@ class TextParser {
   /// @return false when the text ends and the last word at its top level was `<empty>`, drew a
   ///         warning, or there was none; true otherwise
   bool parse() {
-    while (!words.isExhausted()) {
-      const ParserWord* word = words.next();
-      if (word == nullptr) continue;
-      takeWord(*word);
-      if (hasEnded) return true;
+    while (const Word* word = words.next()) {
+      if (!takeWord(*word)) return true;
     }
     return endOfText();
   }
@@ -77,31 +79,32 @@ class TextParser {
 
   /// The first test that holds chooses the rule. Each test fixes the word's type, so the order is
   /// part of the grammar: `yes` is a value because it is no identifier.
-  void takeWord(const ParserWord& word) {
+  /// @return false when the word ends the document
+  [[gnu::always_inline]] bool takeWord(const Word& word) {
     switch (WordClassifier::classify(word)) {
       case ParserWord::WORD_IDENTIFIER:
-      case ParserWord::WORD_KEYWORD: return takeName(word);
-      case ParserWord::WORD_OPERATOR: return takeAssignment(word);
-      case ParserWord::WORD_SEPARATOR: return takeSeparator(word);
-      case ParserWord::WORD_EMPTYTAG: return takeValue(word, ParserValue::TYPE_EMPTY);
-      case ParserWord::WORD_BINARYDATA: return takeValue(word, ParserValue::TYPE_BINARYDATA);
-      case ParserWord::WORD_BOOL: return takeValue(word, ParserValue::TYPE_BOOL);
-      case ParserWord::WORD_INT: return takeValue(word, ParserValue::TYPE_INT);
-      case ParserWord::WORD_DOUBLE: return takeValue(word, ParserValue::TYPE_DOUBLE);
-      case ParserWord::WORD_STRING: return takeValue(word, ParserValue::TYPE_STRING);
-      case ParserWord::WORD_BRACE: return takeBracedItem(word);
+      case ParserWord::WORD_KEYWORD: takeName(word); return true;
+      case ParserWord::WORD_OPERATOR: takeAssignment(word); return true;
+      case ParserWord::WORD_SEPARATOR: takeSeparator(word); return true;
+      case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return true;
+      case ParserWord::WORD_BINARYDATA: takeValue(word, ParserValue::TYPE_BINARYDATA); return true;
+      case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); return true;
+      case ParserWord::WORD_INT: takeValue(word, ParserValue::TYPE_INT); return true;
+      case ParserWord::WORD_DOUBLE: takeValue(word, ParserValue::TYPE_DOUBLE); return true;
+      case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); return true;
+      case ParserWord::WORD_BRACE: takeBracedItem(word); return true;
       default: return takeBracket(word);
     }
   }
 
   /// A word that is nothing else, but may begin with a bracket.
-  void takeBracket(const ParserWord& word) {
+  bool takeBracket(const Word& word) {
     switch (WordClassifier::firstByte(word)) {
-      case '{': return openGroup(word);
+      case '{': openGroup(word); return true;
       case '}': return closeGroup(word);
-      case '(': return openArguments(word);
-      case ')': return closeArguments(word);
-      default: warn(Diagnostic::UNKNOWN_WORD, word);
+      case '(': openArguments(word); return true;
+      case ')': closeArguments(word); return true;
+      default: warn(Diagnostic::UNKNOWN_WORD, word); return true;
     }
   }
 
@@ -109,13 +112,13 @@ class TextParser {
   ///
   /// A name needs something behind it, and the item before it a value. The last name of a text is
   /// refused only when it ends the text, up to one blank.
-  void takeName(const ParserWord& word) {
+  [[gnu::always_inline]] void takeName(const Word& word) {
     const ParserWord* templateWord = word.getTemplateWord();
     if (templateWord != nullptr && templateWord->getTemplateWord() != nullptr) {
       return warn(Diagnostic::TEMPLATE_INSIDE_TEMPLATE, word);
     }
     if (words.isExhausted()) return warn(Diagnostic::HAS_NO_VALUE, word);
-    if (hasItem() && !level.hasValueWord) return warn(Diagnostic::HAS_NO_VALUE, word);
+    if (isIncomplete()) return warn(Diagnostic::HAS_NO_VALUE, word);
     sink.beginItem(word);
     level.item = word.getType() == ParserWord::WORD_KEYWORD ? Item::KEYWORD : Item::PLAIN;
     level.hasValueWord = false;
@@ -124,7 +127,7 @@ class TextParser {
   }
 
   /// "=" , directly behind a name
-  void takeAssignment(const ParserWord& word) {
+  void takeAssignment(const Word& word) {
     if (level.previous != ParserWord::WORD_IDENTIFIER) {
       return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
     }
@@ -132,7 +135,7 @@ class TextParser {
   }
 
   /// "," , directly behind a value
-  void takeSeparator(const ParserWord& word) {
+  void takeSeparator(const Word& word) {
     if (!ParserWord::isValuetype(level.previous)) {
       return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
     }
@@ -140,7 +143,7 @@ class TextParser {
   }
 
   /// value = bool | int | double | string | binary data | "<empty>" ;
-  void takeValue(const ParserWord& word, ParserValue::Type type) {
+  [[gnu::always_inline]] void takeValue(const Word& word, ParserValue::Type type) {
     if (!hasItem()) return warn(Diagnostic::VALUE_WITHOUT_ITEM, word);
     if (type == ParserValue::TYPE_EMPTY) {
       sink.emptyTag(word);
@@ -153,7 +156,7 @@ class TextParser {
   }
 
   /// A word that the word source typed as a brace: an item and its group in one word.
-  void takeBracedItem(const ParserWord& word) {
+  void takeBracedItem(const Word& word) {
     sink.beginBracedItem(word);
     enterLevel();
   }
@@ -161,7 +164,7 @@ class TextParser {
   /// group = "{" , { statement } , "}" ;
   ///
   /// A "{" without an item opens nothing, so the "}" that was meant for it closes the group around.
-  void openGroup(const ParserWord& word) {
+  [[gnu::always_inline]] void openGroup(const Word& word) {
     if (!hasItem()) return warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
     level.item = Item::NONE;
     if (outerLevels.size() >= deepest) return leaveOutGroup(word);
@@ -171,11 +174,11 @@ class TextParser {
 
   /// Passes over the words of a group up to the brace that closes it. Only braces count. Not
   /// inlined: it is for few groups and would burden all.
-  [[gnu::noinline]] void leaveOutGroup(const ParserWord& word) {
+  [[gnu::noinline]] void leaveOutGroup(const Word& word) {
     sink.groupLeftOut(word);
     unsigned long open = 1;
     while (open > 0 && !words.isExhausted()) {
-      const ParserWord* inner = words.next();
+      const Word* inner = words.next();
       const bool isOther =
           inner == nullptr || WordClassifier::classify(*inner) != ParserWord::WORD_UNKNOWN;
       const char bracket = isOther ? '\0' : WordClassifier::firstByte(*inner);
@@ -185,15 +188,19 @@ class TextParser {
   }
 
   /// "}" ends the group, and at the top level the whole parse.
-  void closeGroup(const ParserWord& word) {
-    hasEnded = outerLevels.empty();
-    if (hasEnded) return sink.endDocument(word);
+  /// @return false in that case
+  [[gnu::always_inline]] bool closeGroup(const Word& word) {
+    if (outerLevels.empty()) {
+      sink.endDocument(word);
+      return false;
+    }
     leaveLevel();
     sink.endGroup(&word);
+    return true;
   }
 
   /// call = "(" , [ values ] , ")" ;
-  void openArguments(const ParserWord& word) {
+  void openArguments(const Word& word) {
     if (!hasItem()) return warn(Diagnostic::ARGUMENTS_WITHOUT_ITEM, word);
     if (level.hasValue) {
       return warnAndDropItem(Diagnostic::ARGUMENTS_MIXED_WITH_VALUES, word);
@@ -209,7 +216,7 @@ class TextParser {
   }
 
   /// ")" completes the call.
-  void closeArguments(const ParserWord& word) {
+  void closeArguments(const Word& word) {
     if (!hasItem()) return warn(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_ITEM, word);
     if (level.item != Item::CALL) {
       return warnAndDropItem(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_CALL, word);
@@ -222,7 +229,7 @@ class TextParser {
   bool endOfText() {
     while (!outerLevels.empty()) {
       leaveLevel();
-      sink.endGroup(nullptr);
+      sink.endGroup(static_cast<const Word*>(nullptr));
     }
     const ParserWord::Type last = level.previous;
     return last != ParserWord::WORD_EMPTYTAG && last != ParserWord::WORD_NONE;
@@ -238,14 +245,17 @@ class TextParser {
     outerLevels.pop_back();
   }
 
+  /// Asked for each name; one branch is foreseen better than two.
+  bool isIncomplete() const { return (level.item != Item::NONE) & !level.hasValueWord; }
+
   bool hasItem() { return level.item != Item::NONE; }
 
-  void warn(Diagnostic diagnostic, const ParserWord& word) {
+  [[gnu::noinline]] void warn(Diagnostic diagnostic, const Word& word) {
     sink.warning(diagnostic, word);
     level.previous = ParserWord::WORD_NONE;
   }
 
-  void warnAndDropItem(Diagnostic diagnostic, const ParserWord& word) {
+  [[gnu::noinline]] void warnAndDropItem(Diagnostic diagnostic, const Word& word) {
     warn(diagnostic, word);
     level.item = Item::NONE;
   }
@@ -255,7 +265,6 @@ class TextParser {
   const unsigned long deepest;
   Level level;  ///< of the innermost group
   std::vector<Level> outerLevels;
-  bool hasEnded = false;  ///< by a closing brace
 };
 
 }  // namespace Quarry

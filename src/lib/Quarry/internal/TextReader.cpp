@@ -8,8 +8,9 @@ namespace Quarry {
 
 TextOutcome readText(ParserWordStream& words, ParserGroup& group, unsigned long nestingDepth) {
   TextOutcome outcome;
-  TreeBuilder builder(group, words.hasZeroBytes());
-  outcome.endsWell = TextParser(words, builder, nestingDepth).parse();
+  WordCutter& cutter = words.getCutter();
+  TreeBuilder builder(group, cutter.hasZeroBytes());
+  outcome.endsWell = TextParser(cutter, builder, nestingDepth).parse();
   builder.completeItem();
   outcome.leavesOut = builder.leavesOut();
   outcome.line = builder.getLeftOut().line;

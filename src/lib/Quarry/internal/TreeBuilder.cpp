@@ -19,7 +19,10 @@ void TreeBuilder::beginBracedItem(const ParserWord& word) {
   completeItem();
   ParserItem* braced = group->addItem(word.getString(), 0, 0);
   applyDetails(*braced, word);
-  enterGroup(braced->addGroup(nullptr));
+  ParserGroup* inner = braced->addGroup(nullptr);
+  outers.push_back({group, item});
+  group = inner;
+  item = nullptr;
 }
 
 void TreeBuilder::warning(Diagnostic diagnostic, const ParserWord& word) {
@@ -32,10 +35,22 @@ void TreeBuilder::completeItemWithDetails(const ParserWord& word) {
   applyDetails(*item, word);
 }
 
-/// Adds a value that needs more than its text.
+/// Adds a value that is not kept as it stands.
+void TreeBuilder::readNoted(ParserItem& made, const Note& note) {
+  if (note.type == ParserValue::TYPE_BINARYDATA) {
+    ::new (made.nextPlace()) ParserValue(ParserValue::readBlock({note.begin, note.length}));
+    ++made.count;
+  } else {
+    unescaped.clear();
+    appendUnescaped(unescaped, unquote(note));
+    made.appendText(note.type, unescaped);
+  }
+}
+
+/// Adds a value to an item that is made already, or one that is read with care.
 void TreeBuilder::addWord(const ParserWord& word, ParserValue::Type valueType) {
-  if (!isPlainText) completeItem();
-  (isCollecting ? values : *item).addWord(word, valueType);
+  completeItem();
+  item->addWord(word, valueType);
 }
 
 }  // namespace Quarry

@@ -3,8 +3,10 @@
 
 #include <Quarry/ParserWord.h>
 
+#include "TextWord.h"
 #include "WordScan.h"
 
+#include <cstddef>
 #include <cstring>
 #include <string_view>
 
@@ -19,55 +21,62 @@ class WordClassifier {
  public:
   /// Returns 0 for an empty word.
   static char firstByte(const ParserWord& word) { return word.length > 0 ? *word.begin() : '\0'; }
+  static char firstByte(const TextWord& word) { return *word.begin(); }
 
   /// Returns the word's type, WORD_UNKNOWN when no test succeeds.
   static ParserWord::Type classify(const ParserWord& word) {
     if (word.type != ParserWord::WORD_UNKNOWN || word.length == 0) return byTests(word);
-    if (word.length == 1 && isByteOf(*word.begin(), BYTE_DELIMITER)) return asDelimiter(word);
+    if (word.length == 1 && isByteOf(*word.begin(), BYTE_DELIMITER)) {
+      return word.type = ofDelimiter(*word.begin());
+    }
     const ParserWord::Type found = byFirstByte(word);
     if (found == ParserWord::WORD_UNKNOWN) return byTests(word);
     word.type = found;
     return found;
   }
+  static ParserWord::Type classify(const TextWord& word) { return word.getType(); }
 
- private:
+  // What a word is that shows by its first byte what it may be. Bytes up to `readable` may be read.
+  // WORD_UNKNOWN where the tests have to be asked.
+
   /// No test succeeds for a bracket.
-  static ParserWord::Type asDelimiter(const ParserWord& word) {
-    if (*word.begin() == '=') return word.type = ParserWord::WORD_OPERATOR;
-    if (*word.begin() == ',') return word.type = ParserWord::WORD_SEPARATOR;
-    return ParserWord::WORD_UNKNOWN;
+  static ParserWord::Type ofDelimiter(char byte) {
+    if (byte == '=') return ParserWord::WORD_OPERATOR;
+    return byte == ',' ? ParserWord::WORD_SEPARATOR : ParserWord::WORD_UNKNOWN;
   }
 
-  /// Returns WORD_UNKNOWN where the first byte does not decide.
-  static ParserWord::Type byFirstByte(const ParserWord& word) {
-    const char* begin = word.begin();
-    const char first = *begin;
-    if (isByteOf(first, BYTE_LETTER) || first == '_') return asName(word);
-    if (isByteOf(first, BYTE_DIGIT)) return asNumber(word, begin);
-    if (first == '-' && word.length > 1 && isByteOf(begin[1], BYTE_DIGIT)) {
-      return asNumber(word, begin + 1);
-    }
-    if (first == '"') return asString(word);
-    if (first == '<') return asEmptyTag(word);
-    return ParserWord::WORD_UNKNOWN;
-  }
-
-  /// Without a byte that is none of a name, `yes` and `no` are bools and all others identifiers.
-  static ParserWord::Type asName(const ParserWord& word) {
-    const char* begin = word.begin();
-    if (!areNameBytes(begin, word.end(), word.textEnd)) return ParserWord::WORD_UNKNOWN;
-    const bool isBool = (word.length == 2 && std::memcmp(begin, "no", 2) == 0) ||
-                        (word.length == 3 && std::memcmp(begin, "yes", 3) == 0);
+  /// Of bytes of names, `yes` and `no` are bools and all others identifiers.
+  static ParserWord::Type ofName(const char* begin, const char* end) {
+    const std::ptrdiff_t length = end - begin;
+    const bool isBool = (std::memcmp(begin, "no", 2) == 0 && length == 2) ||
+                        (std::memcmp(begin, "ye", 2) == 0 && length == 3 && begin[2] == 's');
     return isBool ? ParserWord::WORD_BOOL : ParserWord::WORD_IDENTIFIER;
   }
 
   /// Whatever follows the first digit, unless that is the `x` behind a zero.
-  static ParserWord::Type asNumber(const ParserWord& word, const char* firstDigit) {
+  static ParserWord::Type ofNumber(const char* firstDigit, const char* end, bool hasFractionMark) {
     const bool isHexadecimal =
-        *firstDigit == '0' && firstDigit + 1 != word.end() && (firstDigit[1] | 0x20) == 'x';
+        (firstDigit[1] | 0x20) == 'x' && *firstDigit == '0' && firstDigit + 1 != end;
     if (isHexadecimal) return ParserWord::WORD_UNKNOWN;
-    return hasFractionMark(word.begin(), word.end(), word.textEnd) ? ParserWord::WORD_DOUBLE
-                                                                   : ParserWord::WORD_INT;
+    return hasFractionMark ? ParserWord::WORD_DOUBLE : ParserWord::WORD_INT;
+  }
+
+ private:
+  static ParserWord::Type byFirstByte(const ParserWord& word) {
+    const char* begin = word.begin();
+    const char first = *begin;
+    if (isByteOf(first, BYTE_LETTER) || first == '_') {
+      const bool isName = areNameBytes(begin, word.end(), word.textEnd);
+      return isName ? ofName(begin, word.end()) : ParserWord::WORD_UNKNOWN;
+    }
+    const bool isNegative = first == '-' && word.length > 1;
+    if (isByteOf(isNegative ? begin[1] : first, BYTE_DIGIT)) {
+      return ofNumber(begin + (isNegative ? 1 : 0), word.end(),
+                      hasFractionMark(begin, word.end(), word.textEnd));
+    }
+    if (first == '"') return asString(word);
+    if (first == '<') return asEmptyTag(word);
+    return ParserWord::WORD_UNKNOWN;
   }
 
   static ParserWord::Type asString(const ParserWord& word) {

@@ -56,16 +56,20 @@ class Block {
   static __m128i splat(char byte) { return _mm_set1_epi8(byte); }
   static unsigned bits(__m128i hits) { return static_cast<unsigned>(_mm_movemask_epi8(hits)); }
 
-  /// As unsigned bytes.
+  /// Moved so that `high` is the greatest of all signed bytes, those within are the greatest ones.
   static __m128i isWithin(__m128i bytes, char low, char high) {
-    const __m128i distance = _mm_sub_epi8(bytes, splat(low));
-    return _mm_cmpeq_epi8(_mm_min_epu8(distance, splat(static_cast<char>(high - low))), distance);
+    constexpr char GREATEST = 127;
+    const __m128i moved = _mm_add_epi8(bytes, splat(static_cast<char>(GREATEST - high)));
+    return _mm_cmpgt_epi8(moved, splat(static_cast<char>(GREATEST - 1 - (high - low))));
   }
 
   __m128i bytes;
 };
 
 constexpr unsigned WHOLE_BLOCK = 0xFFFF;
+
+/// Returns the place of the lowest bit.
+inline unsigned firstOf(unsigned bits) { return static_cast<unsigned>(std::countr_zero(bits)); }
 
 #endif
 
@@ -74,12 +78,22 @@ inline const char* skipSpaces(const char* at, const char* end) {
 #ifdef __SSE2__
   for (; end - at >= Block::SIZE; at += Block::SIZE) {
     const unsigned others = Block(at).equal(' ') ^ WHOLE_BLOCK;
-    if (others != 0) return at + std::countr_zero(others);
+    if (others != 0) return at + firstOf(others);
   }
 #endif
   while (at != end && *at == ' ')
     ++at;
   return at;
+}
+
+/// As skipSpaces() and findNameEnd(), where at least 16 bytes are left.
+inline const char* skipSpacesQuickly(const char* at, const char* end) {
+#ifdef __SSE2__
+  const unsigned others = Block(at).equal(' ') ^ WHOLE_BLOCK;
+  if (others != 0) return at + firstOf(others);
+  at += Block::SIZE;
+#endif
+  return skipSpaces(at, end);
 }
 
 /// Returns the first byte of [at, end) that is a blank, a line break, a delimiter or a quote, or
@@ -92,7 +106,7 @@ inline const char* findWordStop(const char* at, const char* end) {
       at += Block::SIZE;
       continue;
     }
-    at += std::countr_zero(stops);
+    at += firstOf(stops);
     if (isByteOf(*at, WORD_STOPS)) return at;
     ++at;
   }
@@ -100,6 +114,49 @@ inline const char* findWordStop(const char* at, const char* end) {
   while (at != end && !isByteOf(*at, WORD_STOPS))
     ++at;
   return at;
+}
+
+/// Returns the first byte of [at, end) that does not stand in names, or `end`.
+inline const char* findNameEnd(const char* at, const char* end) {
+#ifdef __SSE2__
+  for (; end - at >= Block::SIZE; at += Block::SIZE) {
+    const unsigned others = Block(at).nameBytes() ^ WHOLE_BLOCK;
+    if (others != 0) return at + firstOf(others);
+  }
+#endif
+  while (at != end && isByteOf(*at, NAME_BYTES))
+    ++at;
+  return at;
+}
+
+inline const char* findNameEndQuickly(const char* at, const char* end) {
+#ifdef __SSE2__
+  const unsigned others = Block(at).nameBytes() ^ WHOLE_BLOCK;
+  if (others != 0) return at + firstOf(others);
+  at += Block::SIZE;
+#endif
+  return findNameEnd(at, end);
+}
+
+/// What findNumberEndQuickly() finds.
+struct NumberEnd {
+  const char* at;        ///< the first blank, line break, delimiter or quote, or one of few others
+  bool hasFractionMark;  ///< whether there is an `e` or a point before it
+};
+
+/// Looks for the end of a number, where at least 16 bytes are left.
+inline NumberEnd findNumberEndQuickly(const char* begin, const char* end) {
+#ifdef __SSE2__
+  const Block block(begin);
+  const unsigned marks = block.equal('.') | block.equal('e');
+  const unsigned stops = block.likelyStops();
+  if (stops != 0) return {begin + firstOf(stops), (marks & (stops ^ (stops - 1))) != 0};
+  const char* at = findWordStop(begin + Block::SIZE, end);
+  return {at, marks != 0 || findAnyOf<'.', 'e'>(begin + Block::SIZE, at) != at};
+#else
+  const char* at = findWordStop(begin, end);
+  return {at, findAnyOf<'.', 'e'>(begin, at) != at};
+#endif
 }
 
 /// Tells whether all of [begin, end) are bytes of names. Bytes up to `readable` may be read.

@@ -1,0 +1,75 @@
+/// One word of a text, as it is cut.
+#pragma once
+
+#include <Quarry/ParserWord.h>
+
+#include "ByteClass.h"
+
+namespace Quarry {
+
+/// The word that a WordCutter stands at. It is classified already, and what is rarely asked for is
+/// found out when it is asked for; reading a text is much faster with it than with ParserWord, of
+/// which it has the operations that the parser needs.
+class TextWord {
+ public:
+  const char* begin() const { return first; }
+  const char* end() const { return last; }
+  unsigned long getLength() const { return static_cast<unsigned long>(last - first); }
+
+  /// Returns what ParserWord's tests would make of the word, in the parser's order.
+  ParserWord::Type getType() const { return type; }
+
+  /// Returns the line, from 1.
+  unsigned long getLine() const { return line; }
+
+  /// Returns the column as ParserWord::getColumn() has it.
+  unsigned long getColumn() const {
+    return static_cast<unsigned long>(first - lineBegin) + (isEndedByBlank() ? 1 : 0);
+  }
+
+  /// No text names a template or an array.
+  const ParserWord* getTemplateWord() const { return nullptr; }
+  unsigned long getArraySize() const { return ParserWord::NO_ARRAY; }
+
+  /// Tells whether the string has to be unescaped.
+  bool hasEscapes() const { return hasBackslash && face.resolvesEscapes; }
+
+  /// The word as messages and rare values need it; good until the next word is cut.
+  operator const ParserWord&() const {  // NOLINT(google-explicit-constructor): it is that word
+    face.type = type;
+    face.start = static_cast<unsigned long>(first - textBegin);
+    face.length = getLength();
+    face.line = getLine();
+    face.column = getColumn();
+    return face;
+  }
+
+  const char* const textEnd;  ///< bytes up to here may be read
+
+ private:
+  friend class WordCutter;
+
+  TextWord(const std::string& text, const double& version)
+      : textEnd(text.data() + text.size()),
+        textBegin(text.data()),
+        last(text.data()),
+        lineBegin(text.data()),
+        face(text, false, version) {}
+
+  /// A delimiter ends of itself.
+  bool isEndedByBlank() const {
+    return last != textEnd && !isByteOf(*first, BYTE_DELIMITER) &&
+           isByteOf(*last, BYTE_BLANK | BYTE_LINE_BREAK);
+  }
+
+  const char* const textBegin;
+  const char* first = nullptr;  ///< null before the first word
+  const char* last;
+  ParserWord::Type type = ParserWord::WORD_UNKNOWN;
+  bool hasBackslash = false;
+  unsigned long line = 1;
+  const char* lineBegin;
+  mutable ParserWord face;
+};
+
+}  // namespace Quarry
