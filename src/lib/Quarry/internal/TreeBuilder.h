@@ -152,13 +152,17 @@ class TreeBuilder {
     takesNotes = false;
     const Note* end = std::exchange(noted, notes.data());
     const unsigned long count = static_cast<unsigned long>(end - noted);
-    std::unique_ptr<ParserItem> made(
-        ParserItem::make(name, readable, type, place, count + further));
-    made->reserve(count + further);
-    for (const Note* note = noted; note != end; ++note)
-      addNoted(*made, *note);
-    group->append(made.get());
-    item = made.release();
+    ParserItem* made = ParserItem::make(name, readable, type, place, count + further);
+    try {
+      made->reserve(count + further);
+      for (const Note* note = noted; note != end; ++note)
+        addNoted(*made, *note);
+      group->append(made);
+    } catch (...) {
+      delete made;
+      throw;
+    }
+    item = made;
     if (isCall) item->type = ParserItem::ITEM_CALL;
     isCall = false;
   }

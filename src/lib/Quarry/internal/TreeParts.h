@@ -137,6 +137,7 @@ inline void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
 inline void ParserGroup::append(ParserItem* item) {
   const std::size_t position = items.size();
   if (position == items.capacity()) growItems();
+  if (items.size() == items.capacity()) __builtin_unreachable();  // so that it is asked once
   const bool isNextPlain =
       item->type == ParserItem::ITEM_PLAIN && position == plainCount && positions == nullptr;
   if (!isNextPlain) enter(*item, position);

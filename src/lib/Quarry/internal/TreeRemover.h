@@ -20,7 +20,7 @@ class TreeRemover {
   static void removeItems(detail::ItemList& items);
 
  private:
-  void removeWaiting();
+  void removeGroup(ParserGroup& group);
   void removeItem(ParserItem* item);
   void release(ParserValue& value);
 
