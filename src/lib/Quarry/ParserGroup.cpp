@@ -109,7 +109,7 @@ ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long ind
   for (unsigned long i = index; i < plainCount; ++i) {
     if (i + AHEAD < plainCount) __builtin_prefetch(plainAt(i + AHEAD));
     ParserItem* item = plainAt(i);
-    if (item != nullptr && item->name == wanted) {
+    if (item != nullptr && item->name.get() == wanted) {
       comparisons += i - index;
       return item;
     }
@@ -127,7 +127,7 @@ ParserItem* ParserGroup::getKeyword(const std::string& wanted) const {
   if (positions == nullptr) return nullptr;
   for (const unsigned long position : positions->keywords) {
     ParserItem* item = items[position];
-    if (item->name == wanted) return item;
+    if (item->name.get() == wanted) return item;
   }
   return nullptr;
 }
@@ -136,7 +136,7 @@ std::vector<ParserItem*> ParserGroup::getEntries(const std::string& wanted) cons
   std::vector<ParserItem*> entries;
   for (unsigned long i = 0; i < plainCount; ++i) {
     ParserItem* item = plainAt(i);
-    if (item != nullptr && item->name == wanted) entries.push_back(item);
+    if (item != nullptr && item->name.get() == wanted) entries.push_back(item);
   }
   return entries;
 }
@@ -252,7 +252,7 @@ void ParserGroup::removeItem(const std::string& doomed) {
   detail::ItemList kept;
   detail::ItemList removed;
   for (ParserItem* item : items) {
-    if (item != nullptr) (item->name == doomed ? removed : kept).push_back(item);
+    if (item != nullptr) (item->name.get() == doomed ? removed : kept).push_back(item);
   }
   std::unique_ptr<Positions> found = findPositions(kept);
   plainCount = found != nullptr ? found->plain.size() : kept.size();

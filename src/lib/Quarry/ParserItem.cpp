@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstring>
 #include <utility>
 
 namespace Quarry {
@@ -26,7 +27,7 @@ ParserItem::ParserItem(const std::string& itemName, const Type& itemType,
 
 /// Delegates, so that the values copied so far are freed when one cannot be copied.
 ParserItem::ParserItem(const ParserItem& other)
-    : ParserItem(other.name, other.type, other.line, other.column) {
+    : ParserItem(other.name.get(), other.name.readable(), other.type, {other.line, other.column}) {
   copyDetails(other);
   reserve(other.count);
   for (const ParserValue& value : other) {
@@ -38,6 +39,11 @@ ParserItem::ParserItem(const ParserItem& other)
 void ParserItem::freeValues() noexcept {
   reset();
   freePlaces();
+}
+
+void ParserItem::freeParts() noexcept {
+  freeValues();
+  name.free();
 }
 
 /// All memory of items comes from one place, so that an item can be made with more room than this
@@ -60,8 +66,9 @@ void ParserItem::operator delete(void* memory, const std::nothrow_t&) noexcept {
 void ParserItem::copyFrom(const ParserItem& other) {
   ParserItem copy(other);
   copy.reserve(2);  // in a list of its own, which can be handed over
+  if (name.isString()) copy.getName();
   noteNewName();
-  std::swap(name, copy.name);
+  name.exchange(copy.name);
   std::swap(details, copy.details);
   line = copy.line;
   column = copy.column;
@@ -73,7 +80,50 @@ void ParserItem::copyDetails(const ParserItem& other) {
   details = other.details != nullptr ? std::make_unique<Details>(*other.details) : nullptr;
 }
 
+// --- The name ------------------------------------------------------------------------------------
+
+/// One that is too long for a block's length is made a string at once.
+void ParserItem::Name::hold(std::string_view text) {
+  if (text.size() > UINT32_MAX) {
+    place.string = new std::string(text);  // LCOV_EXCL_LINE: a name of 4 GiB
+    return setForm(STRING);                // LCOV_EXCL_LINE
+  }
+  char* bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
+  std::memcpy(bytes, text.data(), text.size());
+  place.block = {bytes, static_cast<std::uint32_t>(text.size())};
+  setForm(BLOCK);
+}
+
+void ParserItem::Name::free() noexcept {
+  if (form() == BLOCK) SlabHeap::free(place.block.bytes, place.block.length);
+  if (form() == STRING) delete place.string;
+}
+
+const std::string& ParserItem::Name::getString() {
+  if (!isString()) moveToString();
+  return *place.string;
+}
+
+void ParserItem::Name::moveToString() {
+  auto* string = new std::string(get());
+  free();
+  place.string = string;
+  setForm(STRING);
+}
+
+/// A string stays the object that it is: callers may hold on to it.
+/// @param other a string as well if this is one
+void ParserItem::Name::exchange(Name& other) noexcept {
+  if (isString()) {
+    place.string->swap(*other.place.string);
+  } else {
+    std::swap(place, other.place);
+  }
+}
+
 // --- Look ----------------------------------------------------------------------------------------
+
+const std::string& ParserItem::getName() const { return name.getString(); }
 
 const unsigned long& ParserItem::getArrayCount() const {
   static const unsigned long none = NO_ARRAY;
@@ -90,7 +140,8 @@ const std::string& ParserItem::getTemplate() const {
 bool ParserItem::isGroup() const { return count == 1 && values->isGroup(); }
 
 bool ParserItem::isMatching(const Plinth::Expression& pattern) const {
-  return pattern.isValid() && pattern.match(name);
+  if (!pattern.isValid()) return false;
+  return name.isString() ? pattern.match(name.getString()) : pattern.match(std::string(name.get()));
 }
 
 // --- Look at values ------------------------------------------------------------------------------
@@ -166,9 +217,10 @@ bool ParserItem::isValueGroup(const unsigned long& index) const {
 // --- Change --------------------------------------------------------------------------------------
 
 void ParserItem::rename(const std::string& newName) {
-  std::string copy(newName);  // it may be this item's own
+  ParserItem renamed(newName, type, line, column);
+  if (name.isString()) renamed.getName();
   noteNewName();
-  name.swap(copy);
+  name.exchange(renamed.name);
 }
 
 /// Groups that look names up in an index have to look again.

@@ -39,7 +39,7 @@ class ParserWord;
 /// Indices of values count from 0 and are not checked: an index at or past getValueCount() is the
 /// caller's error (an assertion in a debug build).
 ///
-/// Threads: one at a time; the `const` operations fill caches of the values.
+/// Threads: one at a time; the `const` operations fill caches of the name and of the values.
 class QUARRY_EXPORT ParserItem {
  public:
   /// The kinds of item.
@@ -65,7 +65,7 @@ class QUARRY_EXPORT ParserItem {
   ParserItem& operator=(const ParserItem&) = delete;
 
   ~ParserItem() {
-    if (count > 0 || values != ownPlaces()) freeValues();
+    if (count > 0 || values != ownPlaces() || name.ownsMemory()) freeParts();
   }
 
   /// Gets memory for `new`. Items have memory of their own kind, which is cheaper to get and to
@@ -89,8 +89,9 @@ class QUARRY_EXPORT ParserItem {
 
   // --- Look ------------------------------------------------------------------------------------
 
-  /// Returns the name, with the `#` of a keyword.
-  const std::string& getName() const { return name; }
+  /// Returns the name, with the `#` of a keyword. The string is the item's; it is made when the name
+  /// is asked for first and then kept, and follows rename() and copyFrom().
+  const std::string& getName() const;
 
   /// Returns the kind of item.
   const Type& getType() const { return type; }
@@ -256,6 +257,7 @@ class QUARRY_EXPORT ParserItem {
 
  private:
   friend class BinaryReader;
+  friend class BinaryWriter;
   friend class NameIndex;
   friend class ParserGroup;
   friend class TextWriter;
@@ -282,6 +284,53 @@ class QUARRY_EXPORT ParserItem {
     unsigned long count;
   };
 
+  /// A name. Nearly all are short and lie in the item, a longer one lies in a block of its own. When
+  /// a string is asked for, the name moves into one and stays there. Whoever makes a name frees it.
+  class Name {
+   public:
+    /// @param readable bytes up to here may be read, though not used
+    QUARRY_HIDDEN Name(std::string_view text, const char* readable);
+    QUARRY_HIDDEN void free() noexcept;
+
+    std::string_view get() const {
+      if (!ownsMemory()) return {place.bytes, form()};
+      return isString() ? std::string_view(*place.string)
+                        : std::string_view(place.block.bytes, place.block.length);
+    }
+    /// Returns up to where the bytes may be read.
+    const char* readable() const {
+      return ownsMemory() ? get().data() + get().size() : place.bytes + SIZE;
+    }
+    bool isString() const { return form() == STRING; }
+    bool ownsMemory() const { return form() > LONGEST_SHORT; }
+
+    QUARRY_HIDDEN const std::string& getString();
+    QUARRY_HIDDEN void exchange(Name& other) noexcept;
+
+   private:
+    static constexpr unsigned long SIZE = 16;
+
+    /// The last byte tells the length of a name that lies in the others, or where it lies.
+    static constexpr std::uint8_t LONGEST_SHORT = SIZE - 1;
+    enum Form : std::uint8_t { BLOCK = 0xFE, STRING = 0xFF };
+
+    union Place {
+      char bytes[SIZE];
+      struct {
+        char* bytes;
+        std::uint32_t length;
+      } block;
+      std::string* string;
+    };
+
+    std::uint8_t form() const { return static_cast<std::uint8_t>(place.bytes[SIZE - 1]); }
+    void setForm(unsigned long form) { place.bytes[SIZE - 1] = static_cast<char>(form); }
+    QUARRY_HIDDEN void hold(std::string_view text);
+    QUARRY_HIDDEN void moveToString();
+
+    Place place;
+  };
+
   QUARRY_HIDDEN ParserItem(std::string_view itemName, const char* readable, Type itemType,
                            const Place& place);
   QUARRY_HIDDEN static void* operator new(std::size_t size, ValueCount places);
@@ -301,7 +350,8 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;
   QUARRY_HIDDEN void takeList(ParserItem& from) noexcept;
   QUARRY_HIDDEN void freePlaces() const noexcept;
-  void freeValues() noexcept;
+  QUARRY_HIDDEN void freeValues() noexcept;
+  void freeParts() noexcept;
   QUARRY_HIDDEN void appendText(ParserValue::Type valueType, std::string_view text);
   QUARRY_HIDDEN ParserGroup* appendGroup(ParserGroup* group) const;
   QUARRY_HIDDEN void copyDetails(const ParserItem& other);
@@ -309,7 +359,7 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void noteNewName() const;
   QUARRY_HIDDEN static void readQuoted(const ParserWord& word, std::string& text);
 
-  std::string name;
+  mutable Name name;
   mutable ParserValue* values;       ///< side by side; getGroup() may add the first one
   mutable std::uint32_t count;       ///< of the values
   mutable std::uint32_t capacity;    ///< of the places at `values`

@@ -36,7 +36,7 @@ bool BinaryReader::readGroup(ParserGroup& group) { return openGroup(group) && ru
 bool BinaryReader::readItem(ParserItem& item) {
   Level level;
   level.item = &item;
-  if (!openFrame(item.getName(), level.itemEnd)) return false;
+  if (!openFrame(item.name.get(), level.itemEnd)) return false;
   levels.push_back(level);
   return run();
 }

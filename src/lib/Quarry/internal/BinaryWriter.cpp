@@ -49,7 +49,7 @@ void BinaryWriter::writePayload(const ParserValue& value) {
 // --- What the walk tells -------------------------------------------------------------------------
 
 BinaryWriter::ItemMark BinaryWriter::beginItem(const ParserItem& item, GroupMark) {
-  writeString(item.getName());
+  writeString(item.name.get());
   const ItemMark begin = openSize();
   out.appendNumber<KIND_BYTES>(ITEM_KIND);
   return begin;

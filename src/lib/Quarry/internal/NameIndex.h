@@ -3,7 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace Quarry {
@@ -30,7 +30,7 @@ class NameIndex {
   unsigned long getCount() const { return count; }
 
   /// Returns the first item called `name`, or null.
-  ParserItem* find(const std::string& name) const;
+  ParserItem* find(std::string_view name) const;
 
  private:
   struct Entry {
@@ -38,8 +38,8 @@ class NameIndex {
     std::uint32_t hash = 0;
   };
 
-  static std::uint32_t hashOf(const std::string& name);
-  unsigned long findEntry(const std::string& name, std::uint32_t hash) const;
+  static std::uint32_t hashOf(std::string_view name);
+  unsigned long findEntry(std::string_view name, std::uint32_t hash) const;
 
   static inline std::atomic<std::uint64_t> newNames = 0;
 

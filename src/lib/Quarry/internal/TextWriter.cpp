@@ -89,11 +89,11 @@ TextWriter::ItemMark TextWriter::openItem(const ParserItem& item, unsigned long 
   const bool folded = item.folding && item.isGroup();
   if (folded) {
     out += "//";
-    out += item.getName();
+    out += item.name.get();
     out += "/*{{{*/";
     startLine(depth);
   }
-  out += item.getName();
+  out += item.name.get();
   if (item.isTemplate()) {
     out += '<';
     out += item.getTemplate();

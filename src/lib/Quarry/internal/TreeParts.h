@@ -64,31 +64,34 @@ inline void ParserValue::relocate(ParserValue& from, void* to) noexcept {
 
 // --- Items ---------------------------------------------------------------------------------------
 
-/// Makes a string that begins with `text`. Where enough may be read, a short one is copied by the
-/// room that a string has within itself, which takes no call and no branch: it has to be cut.
-inline std::string makeUncutName(std::string_view text, const char* readable) {
-  constexpr std::size_t ROOM = 15;
-  const bool fits = text.size() <= ROOM && static_cast<std::size_t>(readable - text.data()) >= ROOM;
-  return fits ? std::string(text.data(), ROOM) : std::string(text);
+/// Where enough may be read, a short name is copied by the room that there is.
+inline ParserItem::Name::Name(std::string_view text, const char* readable) {
+  if (text.size() > LONGEST_SHORT) {
+    hold(text);
+    return;
+  }
+  if (static_cast<std::size_t>(readable - text.data()) >= SIZE) {
+    std::memcpy(place.bytes, text.data(), SIZE);
+  } else {
+    text.copy(place.bytes, LONGEST_SHORT);
+  }
+  setForm(text.size());
 }
 
 inline std::uint32_t ParserItem::saturate(unsigned long number) {
   return static_cast<std::uint32_t>(std::min<unsigned long>(number, UINT32_MAX));
 }
 
-/// The name is made where it is to be: a string that is moved would be copied again.
 inline ParserItem::ParserItem(std::string_view itemName, const char* readable, Type itemType,
                               const Place& place)
-    : name(makeUncutName(itemName, readable)),
+    : name(itemName, readable),
       values(ownPlaces()),
       count(0),
       capacity(1),
       line(saturate(place.line)),
       column(saturate(place.column)),
       type(itemType),
-      folding(false) {
-  name.resize(itemName.size());
-}
+      folding(false) {}
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
   return SlabHeap::allocate(size + (places.count - 1) * sizeof(ParserValue));
