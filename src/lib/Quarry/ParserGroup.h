@@ -185,6 +185,8 @@ class QUARRY_EXPORT ParserGroup {
 
  private:
   friend class BinaryReader;
+  friend class ParserItem;
+  friend class ParserValue;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
@@ -197,7 +199,10 @@ class QUARRY_EXPORT ParserGroup {
     std::vector<unsigned long> keywords;
   };
 
+  QUARRY_HIDDEN ParserGroup() noexcept;
+  QUARRY_HIDDEN static ParserGroup* makeNested();
   QUARRY_HIDDEN void append(ParserItem* item);
+  QUARRY_HIDDEN void adopt(ParserItem* item);
   QUARRY_HIDDEN ParserItem* append(std::unique_ptr<ParserItem> item);
   QUARRY_HIDDEN ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group,
                                           bool folding);

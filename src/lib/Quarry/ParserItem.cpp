@@ -186,7 +186,7 @@ std::string ParserItem::getWord(const unsigned long& index) const {
 }
 
 ParserGroup* ParserItem::getGroup(const unsigned long& index) const {
-  if (count == 0) return appendGroup(nullptr);
+  if (count == 0) return appendNewGroup();
   return valueAt(index).getGroup();
 }
 
@@ -324,13 +324,12 @@ void ParserItem::addBinaryData(void* bytes, const unsigned long& size) {
   ++count;
 }
 
-ParserGroup* ParserItem::addGroup(ParserGroup* group) { return appendGroup(group); }
-
 /// The place in the list is made first: the group is adopted only when nothing can fail any more.
-ParserGroup* ParserItem::appendGroup(ParserGroup* group) const {
-  ParserValue* value = ::new (nextPlace()) ParserValue(group);
+ParserGroup* ParserItem::addGroup(ParserGroup* group) {
+  if (group == nullptr) return appendNewGroup();
+  ::new (nextPlace()) ParserValue(ParserValue::Form::TEXT, group);
   ++count;
-  return value->getGroup();
+  return group;
 }
 
 void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueType) {

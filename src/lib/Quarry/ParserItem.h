@@ -89,8 +89,8 @@ class QUARRY_EXPORT ParserItem {
 
   // --- Look ------------------------------------------------------------------------------------
 
-  /// Returns the name, with the `#` of a keyword. The string is the item's; it is made when the name
-  /// is asked for first and then kept, and follows rename() and copyFrom().
+  /// Returns the name, with the `#` of a keyword. The string is the item's; it is made when the
+  /// name is asked for first and then kept, and follows rename() and copyFrom().
   const std::string& getName() const;
 
   /// Returns the kind of item.
@@ -284,8 +284,9 @@ class QUARRY_EXPORT ParserItem {
     unsigned long count;
   };
 
-  /// A name. Nearly all are short and lie in the item, a longer one lies in a block of its own. When
-  /// a string is asked for, the name moves into one and stays there. Whoever makes a name frees it.
+  /// A name. Nearly all are short and lie in the item, a longer one lies in a block of its own.
+  /// When a string is asked for, the name moves into one and stays there. Whoever makes a name
+  /// frees it.
   class Name {
    public:
     /// @param readable bytes up to here may be read, though not used
@@ -353,7 +354,7 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void freeValues() noexcept;
   void freeParts() noexcept;
   QUARRY_HIDDEN void appendText(ParserValue::Type valueType, std::string_view text);
-  QUARRY_HIDDEN ParserGroup* appendGroup(ParserGroup* group) const;
+  QUARRY_HIDDEN ParserGroup* appendNewGroup() const;
   QUARRY_HIDDEN void copyDetails(const ParserItem& other);
   QUARRY_HIDDEN Details& makeDetails();
   QUARRY_HIDDEN void noteNewName() const;

@@ -77,10 +77,8 @@ ParserValue::ParserValue(std::unique_ptr<BinaryBlock> block)
   ownsMemory = true;
 }
 
-ParserValue::ParserValue(ParserGroup* group) : ParserValue(Form::TEXT, TYPE_GROUP) {
-  content.slot.group = group != nullptr ? group : new ParserGroup(std::string());
-  ownsMemory = true;
-}
+ParserValue::ParserValue(ParserGroup* group)
+    : ParserValue(Form::TEXT, group != nullptr ? group : ParserGroup::makeNested()) {}
 
 ParserValue::ParserValue(std::nullptr_t) : ParserValue(static_cast<ParserGroup*>(nullptr)) {}
 

@@ -310,6 +310,8 @@ class QUARRY_EXPORT ParserValue {
   /// A text of a type that isKeptAsText(). Bytes up to `readable` may be read, though not used.
   QUARRY_HIDDEN ParserValue(Form form, Type valueType, std::string_view text, const char* readable);
   QUARRY_HIDDEN explicit ParserValue(std::unique_ptr<BinaryBlock> block);
+  /// A group, which is adopted.
+  QUARRY_HIDDEN ParserValue(Form form, ParserGroup* group) noexcept;
   QUARRY_HIDDEN static void relocate(ParserValue& from, void* to) noexcept;
 
   QUARRY_HIDDEN static bool isKeptAsText(Type type);

@@ -53,7 +53,9 @@ class TextParser {
   /// @param nestingDepth how many groups may stand one within another
   TextParser(Words& wordSource, Sink& listener,
              unsigned long nestingDepth = ParserLimits::UNLIMITED)
-      : words(wordSource), sink(listener), deepest(nestingDepth) {}
+      : words(wordSource), sink(listener), deepest(nestingDepth) {
+    outerLevels.reserve(USUAL_DEPTH);
+  }
 
   /// Reads to the end of the text, or to a closing brace that closes no group.
   /// @return false when the text ends and the last word at its top level was `<empty>`, drew a
@@ -66,6 +68,8 @@ class TextParser {
   }
 
  private:
+  static constexpr std::size_t USUAL_DEPTH = 16;
+
   /// What the current item has become so far.
   enum class Item : unsigned char { NONE, PLAIN, KEYWORD, CALL };
 

@@ -6,23 +6,11 @@
 
 namespace Quarry {
 
-namespace {
-
-void applyDetails(ParserItem& item, const ParserWord& word) {
-  item.setArray(word.getArraySize() != ParserWord::NO_ARRAY, word.getArraySize());
-  if (word.getTemplateWord() != nullptr) item.setTemplate(word.getTemplateWord()->getString());
-}
-
-}  // namespace
-
 void TreeBuilder::beginBracedItem(const ParserWord& word) {
   completeItem();
   ParserItem* braced = group->addItem(word.getString(), 0, 0);
   applyDetails(*braced, word);
-  ParserGroup* inner = braced->addGroup(nullptr);
-  outers.push_back({group, item});
-  group = inner;
-  item = nullptr;
+  enterGroup(braced->addGroup(nullptr));
 }
 
 void TreeBuilder::warning(Diagnostic diagnostic, const ParserWord& word) {
@@ -30,27 +18,26 @@ void TreeBuilder::warning(Diagnostic diagnostic, const ParserWord& word) {
   Plinth::console.warning(Messages::parserWarning(diagnostic, word), std::string());
 }
 
-void TreeBuilder::completeItemWithDetails(const ParserWord& word) {
-  completeItem();
-  applyDetails(*item, word);
+void TreeBuilder::applyDetails(ParserItem& item, const ParserWord& word) {
+  item.setArray(word.getArraySize() != ParserWord::NO_ARRAY, word.getArraySize());
+  if (word.getTemplateWord() != nullptr) item.setTemplate(word.getTemplateWord()->getString());
+}
+
+void TreeBuilder::addNoted() {
+  item->reserve(item->count + notes.size());
+  for (const Note& note : notes) {
+    ::new (item->end()) ParserValue(ParserValue::Form::TEXT, note.type, note.text, readable);
+    ++item->count;
+  }
+  notes.clear();
 }
 
 /// Adds a value that is not kept as it stands.
-void TreeBuilder::readNoted(ParserItem& made, const Note& note) {
-  if (note.type == ParserValue::TYPE_BINARYDATA) {
-    ::new (made.nextPlace()) ParserValue(ParserValue::readBlock({note.begin, note.length}));
-    ++made.count;
-  } else {
-    unescaped.clear();
-    appendUnescaped(unescaped, unquote(note));
-    made.appendText(note.type, unescaped);
-  }
-}
-
-/// Adds a value to an item that is made already, or one that is read with care.
 void TreeBuilder::addWord(const ParserWord& word, ParserValue::Type valueType) {
   completeItem();
-  item->addWord(word, valueType);
+  if (!isPlainText || valueType != ParserValue::TYPE_STRING) return item->addWord(word, valueType);
+  ParserItem::readQuoted(word, unescaped);
+  item->appendText(valueType, unescaped);
 }
 
 }  // namespace Quarry

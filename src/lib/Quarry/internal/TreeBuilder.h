@@ -11,47 +11,49 @@
 #include "TextWord.h"
 #include "TreeParts.h"
 
-#include <memory>
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace Quarry {
 
 /// The text parser's sink: adds what it is told to a group and gives warnings on the console.
 ///
-/// An item is made when all its values are there, so that it gets one piece of memory of the right
-/// size; until then it is noted here where they stand in the text. Whoever could look at the tree,
-/// such as a console that is told a warning, finds it complete.
+/// An item is made with as many places for values as the one before it needed, because documents
+/// are full of items that are alike. Values that find no place are noted until the item's last one
+/// is known, so that their list gets one piece of memory of the right size. Whoever could look at
+/// the tree, such as a console that is told a warning, finds it complete.
 class TreeBuilder {
  public:
   /// @param hasZeroBytes whether there are any in the text; words are then read with more care
   explicit TreeBuilder(ParserGroup& target, bool hasZeroBytes = true)
-      : group(&target), isPlainText(!hasZeroBytes) {}
+      : group(&target), isPlainText(!hasZeroBytes) {
+    outers.reserve(USUAL_DEPTH);
+  }
 
   /// The parser has classified the name, so that it need not be checked again.
   template <class Word>
   void beginItem(const Word& word) {
     completeItem();
-    isNoted = true;
-    takesNotes = isPlainText;
-    type = word.getType() == ParserWord::WORD_KEYWORD ? ParserItem::ITEM_KEYWORD
-                                                      : ParserItem::ITEM_PLAIN;
-    name = {word.begin(), word.getLength()};
-    readable = word.textEnd;
-    place = {word.getLine(), word.getColumn()};
-    if (hasDetails(word)) completeItemWithDetails(word);
+    const ParserItem::Type type = word.getType() == ParserWord::WORD_KEYWORD
+                                      ? ParserItem::ITEM_KEYWORD
+                                      : ParserItem::ITEM_PLAIN;
+    ParserItem* made = ParserItem::make({word.begin(), word.getLength()}, word.textEnd, type,
+                                        {word.getLine(), word.getColumn()}, guessPlaces());
+    group->adopt(made);
+    item = made;
+    if (hasDetails(word)) applyDetails(*item, word);
   }
 
   template <class Word>
   void value(const Word& word, ParserValue::Type valueType) {
-    if (takesNotes) {
-      if (noted == notes.data() + notes.size()) makeRoom();
-      *noted++ = {word.begin(), word.getLength(), valueType, needsReading(word, valueType)};
-    } else {
-      addWord(word, valueType);
-    }
+    if (!isPlainText || needsReading(word, valueType)) return addWord(word, valueType);
+    const std::string_view text = textOf(word, valueType);
+    if (item->count == item->capacity) return note(text, valueType, word.textEnd);
+    ::new (item->end()) ParserValue(ParserValue::Form::TEXT, valueType, text, word.textEnd);
+    ++item->count;
   }
 
   template <class Word>
@@ -59,11 +61,8 @@ class TreeBuilder {
 
   template <class Word>
   void beginGroup(const Word&) {
-    completeItem(1);
-    ParserGroup* inner = item->appendGroup(nullptr);
-    outers.push_back({group, item});
-    group = inner;
-    item = nullptr;
+    completeItem();
+    enterGroup(item->appendNewGroup());
   }
 
   void beginBracedItem(const ParserWord& word);
@@ -82,13 +81,10 @@ class TreeBuilder {
     if (leftOut.line == 0) leftOut = {word.getLine(), word.getColumn()};
   }
 
+  /// A call is looked up as the plain item that it is when its name is read.
   template <class Word>
   void beginCall(const Word&) {
-    if (isNoted) {
-      isCall = true;
-    } else {
-      item->type = ParserItem::ITEM_CALL;
-    }
+    item->type = ParserItem::ITEM_CALL;
   }
 
   template <class Word>
@@ -97,11 +93,9 @@ class TreeBuilder {
   void endDocument(const Word&) {}
   void warning(Diagnostic diagnostic, const ParserWord& word);
 
-  /// Makes the item that is noted. A call is looked up as the plain item that it is when its name
-  /// is read.
-  /// @param further how many values will be added at once
-  void completeItem(unsigned long further = 0) {
-    if (isNoted) makeItem(further);
+  /// Adds the values that are noted.
+  void completeItem() {
+    if (!notes.empty()) addNoted();
   }
 
   /// Tells whether a group was left out, and where the first such group begins.
@@ -109,14 +103,12 @@ class TreeBuilder {
   const ParserItem::Place& getLeftOut() const { return leftOut; }
 
  private:
-  static constexpr std::size_t FEW_NOTES = 16;
+  static constexpr std::size_t USUAL_DEPTH = 16;
 
-  /// A value of the item that is noted, as it stands in the text.
+  /// A value of the current item that found no place.
   struct Note {
-    const char* begin;
-    unsigned long length;
+    std::string_view text;
     ParserValue::Type type;
-    bool needsReading;  ///< its text is not simply kept
   };
 
   /// A group that waits for a nested one to end, and its current item.
@@ -141,68 +133,44 @@ class TreeBuilder {
     return word.resolvesEscapes && findAnyOf<'\\'>(word.begin(), word.end()) != word.end();
   }
 
-  void makeRoom() {
-    const std::size_t count = notes.size();
-    notes.resize(2 * count);
-    noted = notes.data() + count;
-  }
-
-  void makeItem(unsigned long further) {
-    isNoted = false;
-    takesNotes = false;
-    const Note* end = std::exchange(noted, notes.data());
-    const unsigned long count = static_cast<unsigned long>(end - noted);
-    ParserItem* made = ParserItem::make(name, readable, type, place, count + further);
-    try {
-      made->reserve(count + further);
-      for (const Note* note = noted; note != end; ++note)
-        addNoted(*made, *note);
-      group->append(made);
-    } catch (...) {
-      delete made;
-      throw;
-    }
-    item = made;
-    if (isCall) item->type = ParserItem::ITEM_CALL;
-    isCall = false;
-  }
-
-  void addNoted(ParserItem& made, const Note& note) {
-    if (note.needsReading) return readNoted(made, note);
-    const bool isQuoted = note.type == ParserValue::TYPE_STRING;
-    const std::string_view text =
-        isQuoted ? unquote(note) : std::string_view(note.begin, note.length);
-    ::new (made.values + made.count)
-        ParserValue(ParserValue::Form::TEXT, note.type, text, readable);
-    ++made.count;
-  }
-
-  static std::string_view unquote(const Note& note) {
+  /// The text that is kept: a string's stands between its quotes.
+  template <class Word>
+  static std::string_view textOf(const Word& word, ParserValue::Type valueType) {
     constexpr unsigned long QUOTES = 2;
-    return {note.begin + 1, note.length > QUOTES ? note.length - QUOTES : 0};
+    const unsigned long length = word.getLength();
+    if (valueType != ParserValue::TYPE_STRING) return {word.begin(), length};
+    return {word.begin() + 1, length > QUOTES ? length - QUOTES : 0};
   }
 
-  void readNoted(ParserItem& made, const Note& note);
-  void completeItemWithDetails(const ParserWord& word);
+  /// For how many values the next item shall have places.
+  unsigned long guessPlaces() const {
+    constexpr std::uint32_t MOST = 4;
+    return item != nullptr ? std::clamp<std::uint32_t>(item->count, 1, MOST) : 1;
+  }
+
+  void enterGroup(ParserGroup* inner) {
+    outers.push_back({group, item});
+    group = inner;
+    item = nullptr;
+  }
+
+  void note(std::string_view text, ParserValue::Type type, const char* textEnd) {
+    notes.push_back({text, type});
+    readable = textEnd;
+  }
+
+  void addNoted();
+  static void applyDetails(ParserItem& item, const ParserWord& word);
   void addWord(const ParserWord& word, ParserValue::Type valueType);
 
   ParserGroup* group;          ///< the innermost group
-  ParserItem* item = nullptr;  ///< its current item, once it is made
+  ParserItem* item = nullptr;  ///< its current item
   std::vector<Outer> outers;
   ParserItem::Place leftOut = {0, 0};  ///< the first group that was; lines count from 1
   const bool isPlainText;
-
-  // The current item, as long as it is only noted.
-  bool isNoted = false;
-  bool isCall = false;
-  ParserItem::Type type = ParserItem::ITEM_PLAIN;
-  std::string_view name;
-  const char* readable = nullptr;  ///< the end of the text that the name stands in
-  ParserItem::Place place = {0, 0};
-  bool takesNotes = false;  ///< its values are
-  std::vector<Note> notes = std::vector<Note>(FEW_NOTES);
-  Note* noted = notes.data();  ///< the end of those that are in use
-  std::string unescaped;       ///< here so that its memory is used again
+  std::vector<Note> notes;
+  const char* readable = nullptr;  ///< the end of the text that the notes point to
+  std::string unescaped;           ///< here so that its memory is used again
 };
 
 }  // namespace Quarry

@@ -25,8 +25,9 @@ void TreeCopier::copyLevel(const ParserGroup& source, ParserGroup& target) {
   target.items.reserve(source.items.size());
   for (const ParserItem* item : source.items) {
     if (item == nullptr) continue;
-    std::unique_ptr<ParserItem> copy(ParserItem::make(item->name.get(), item->name.readable(), item->type,
-                                                      {item->line, item->column}, item->count));
+    std::unique_ptr<ParserItem> copy(ParserItem::make(item->name.get(), item->name.readable(),
+                                                      item->type, {item->line, item->column},
+                                                      item->count));
     copy->copyDetails(*item);
     copyValues(*item, *target.append(std::move(copy)));
   }

@@ -5,6 +5,7 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
+#include "NameIndex.h"
 #include "SlabHeap.h"
 #include "StringText.h"
 
@@ -41,6 +42,12 @@ inline ParserValue::ParserValue(Form form, Type valueType)
       textValid(form == Form::TEXT),
       ownsMemory(false),
       textLength(0) {}
+
+inline ParserValue::ParserValue(Form form, ParserGroup* group) noexcept
+    : ParserValue(form, TYPE_GROUP) {
+  content.slot.group = group;
+  ownsMemory = true;
+}
 
 /// Where enough may be read, a text is copied by the room that there is and not by its length: that
 /// takes no call and no branch.
@@ -134,7 +141,33 @@ inline void ParserItem::moveValuesTo(ParserValue* places) const noexcept {
     ParserValue::relocate(value, places++);
 }
 
+/// Appends a group without a name.
+inline ParserGroup* ParserItem::appendNewGroup() const {
+  void* place = nextPlace();
+  ParserGroup* group = ParserGroup::makeNested();
+  ::new (place) ParserValue(ParserValue::Form::TEXT, group);
+  ++count;
+  return group;
+}
+
 // --- Groups --------------------------------------------------------------------------------------
+
+inline ParserGroup::ParserGroup() noexcept : plainCount(0), comparisons(0) {}
+
+/// Makes a group without a name.
+inline ParserGroup* ParserGroup::makeNested() {
+  return ::new (SlabHeap::allocate(sizeof(ParserGroup))) ParserGroup();
+}
+
+/// Appends a new item, which is deleted when memory runs out.
+inline void ParserGroup::adopt(ParserItem* item) {
+  try {
+    append(item);
+  } catch (...) {
+    delete item;
+    throw;
+  }
+}
 
 /// When memory runs out the group is as before and the item is still the caller's.
 inline void ParserGroup::append(ParserItem* item) {

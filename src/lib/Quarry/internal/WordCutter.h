@@ -64,9 +64,25 @@ class WordCutter {
     while (isByteOf(*at, BYTE_BLANK | BYTE_LINE_BREAK)) {
       if (isByteOf(*at, BYTE_LINE_BREAK)) {
         ++word.line;
-        word.lineBegin = at + 1;
+        word.lineBegin = ++at;
+        if (at < quickEnd) {
+          const char* guess = at + indent;
+          __asm__("" : "+r"(guess));
+          const unsigned others = Block(at).equal(' ') | Block(at + Block::SIZE).equal(' ')
+                                                             << Block::SIZE;
+          const unsigned n = static_cast<unsigned>(std::countr_one(others));
+          if (n == indent) {
+            at = guess;
+          } else {
+            indent = n;
+            at += n;
+          }
+          if (n == 32) at = skipSpaces(at, end);
+          continue;
+        }
+      } else {
+        ++at;
       }
-      ++at;
       if (*at == ' ') at = at < quickEnd ? skipSpacesQuickly(at, end) : skipSpaces(at, end);
     }
     return at;
@@ -169,6 +185,7 @@ class WordCutter {
   const char* begin;  ///< of the text, not owned
   const char* end;
   const char* quickEnd;  ///< see QUICK_ROOM
+  unsigned indent = 0;
 };
 
 }  // namespace Quarry

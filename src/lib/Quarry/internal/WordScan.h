@@ -144,15 +144,22 @@ struct NumberEnd {
   bool hasFractionMark;  ///< whether there is an `e` or a point before it
 };
 
-/// Looks for the end of a number, where at least 16 bytes are left.
+/// Looks for the end of a number, where at least 32 bytes are left.
 inline NumberEnd findNumberEndQuickly(const char* begin, const char* end) {
 #ifdef __SSE2__
   const Block block(begin);
   const unsigned marks = block.equal('.') | block.equal('e');
   const unsigned stops = block.likelyStops();
   if (stops != 0) return {begin + firstOf(stops), (marks & (stops ^ (stops - 1))) != 0};
-  const char* at = findWordStop(begin + Block::SIZE, end);
-  return {at, marks != 0 || findAnyOf<'.', 'e'>(begin + Block::SIZE, at) != at};
+  const Block second(begin + Block::SIZE);
+  const unsigned secondMarks = second.equal('.') | second.equal('e');
+  const unsigned secondStops = second.likelyStops();
+  if (secondStops != 0) {
+    return {begin + Block::SIZE + firstOf(secondStops),
+            (marks | (secondMarks & (secondStops ^ (secondStops - 1)))) != 0};
+  }
+  const char* at = findWordStop(begin + 2 * Block::SIZE, end);
+  return {at, (marks | secondMarks) != 0 || findAnyOf<'.', 'e'>(begin, at) != at};
 #else
   const char* at = findWordStop(begin, end);
   return {at, findAnyOf<'.', 'e'>(begin, at) != at};
