@@ -173,11 +173,11 @@ inline void ParserGroup::adopt(ParserItem* item) {
 inline void ParserGroup::append(ParserItem* item) {
   const std::size_t position = items.size();
   if (position == items.capacity()) growItems();
-  if (items.size() == items.capacity()) __builtin_unreachable();  // so that it is asked once
   const bool isNextPlain =
       item->type == ParserItem::ITEM_PLAIN && position == plainCount && positions == nullptr;
   if (!isNextPlain) enter(*item, position);
   plainCount += isNextPlain ? 1 : 0;
+  if (items.size() == items.capacity()) __builtin_unreachable();  // so that it is asked once
   items.push_back(item);
 }
 

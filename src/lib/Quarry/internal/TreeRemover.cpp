@@ -24,16 +24,17 @@ void TreeRemover::removeItems(detail::ItemList& items) {
 /// Removes items in the order of the document, which is the one in which they lie in memory: the
 /// group waits while one in it is removed.
 void TreeRemover::removeGroup(ParserGroup& group) {
-  detail::ItemList& items = group.items;
-  for (unsigned long i = group.removedItems; i < items.size(); ++i) {
+  ParserItem** items = group.items.data();
+  const unsigned long count = group.items.size();
+  for (unsigned long i = group.removedItems; i < count; ++i) {
     removeItem(items[i]);
     if (waiting == &group) continue;
     group.removedItems = i + 1;
     return;
   }
   waiting = group.nextToRemove;
-  removed += items.size();
-  items.clear();
+  removed += count;
+  group.items.clear();
   delete &group;
 }
 
