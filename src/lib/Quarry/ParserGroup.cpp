@@ -101,21 +101,41 @@ ParserItem* ParserGroup::getItem(const std::string& wanted) const {
 ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long index) const {
   constexpr unsigned long LARGE = 32;
   constexpr unsigned long SCANS = 4;
-  constexpr unsigned long AHEAD = 12;  ///< items; their names come from memory in the meantime
   if (plainCount >= LARGE && comparisons > SCANS * plainCount) {
     makeNames();
     if (names != nullptr) return names->find(wanted);
   }
-  for (unsigned long i = index; i < plainCount; ++i) {
-    if (i + AHEAD < plainCount) __builtin_prefetch(plainAt(i + AHEAD));
-    ParserItem* item = plainAt(i);
-    if (item != nullptr && item->name.get() == wanted) {
-      comparisons += i - index;
-      return item;
-    }
+  const unsigned long found =
+      positions != nullptr ? scanPositions(wanted, index) : scanItems(wanted, index);
+  comparisons += found - index;
+  return found < plainCount ? plainAt(found) : nullptr;
+}
+
+/// Returns the index of that item, or plainCount, where the list begins with the plain items.
+unsigned long ParserGroup::scanItems(std::string_view wanted, unsigned long index) const {
+  constexpr std::ptrdiff_t AHEAD = 12;  ///< items; their names come from memory in the meantime
+  const ParserItem::Name key = ParserItem::Name::makeKey(wanted);
+  const auto isWanted = [wanted, key](const ParserItem* item) {
+    return item != nullptr && item->name.is(wanted, key);
+  };
+  ParserItem* const* const begin = items.data();
+  ParserItem* const* const end = begin + plainCount;
+  ParserItem* const* at = begin + index;
+  for (ParserItem* const* near = end - std::min(AHEAD, end - at); at != near; ++at) {
+    __builtin_prefetch(at[AHEAD]);
+    if (isWanted(*at)) break;
   }
-  comparisons += plainCount - index;
-  return nullptr;
+  return static_cast<unsigned long>(std::find_if(at, end, isWanted) - begin);
+}
+
+/// The same, where it does not.
+unsigned long ParserGroup::scanPositions(std::string_view wanted, unsigned long index) const {
+  const ParserItem::Name key = ParserItem::Name::makeKey(wanted);
+  for (; index < plainCount; ++index) {
+    const ParserItem* item = plainAt(index);
+    if (item != nullptr && item->name.is(wanted, key)) break;
+  }
+  return index;
 }
 
 ParserGroup* ParserGroup::getGroup(const std::string& wanted) const {

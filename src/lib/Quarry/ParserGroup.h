@@ -10,6 +10,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Quarry {
@@ -214,6 +215,8 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
   QUARRY_HIDDEN ParserItem* plainAt(unsigned long index) const;
   QUARRY_HIDDEN ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
+  QUARRY_HIDDEN unsigned long scanItems(std::string_view wanted, unsigned long index) const;
+  QUARRY_HIDDEN unsigned long scanPositions(std::string_view wanted, unsigned long index) const;
   QUARRY_HIDDEN void makeNames() const noexcept;
   QUARRY_HIDDEN void forgetNames() const noexcept;
 

@@ -90,8 +90,21 @@ void ParserItem::Name::hold(std::string_view text) {
   }
   char* bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
   std::memcpy(bytes, text.data(), text.size());
-  place.block = {bytes, static_cast<std::uint32_t>(text.size())};
+  setBlock(bytes, text);
+}
+
+void ParserItem::Name::setBlock(char* bytes, std::string_view text) {
+  place.block.bytes = bytes;
+  place.block.length = static_cast<std::uint32_t>(text.size());
+  std::memcpy(place.block.tail, text.data() + text.size() - TAIL, TAIL);
   setForm(BLOCK);
+}
+
+ParserItem::Name ParserItem::Name::makeKey(std::string_view text) {
+  if (text.size() <= LONGEST_SHORT) return {text, text.data() + text.size()};
+  Name key;
+  key.setBlock(nullptr, text);
+  return key;
 }
 
 void ParserItem::Name::free() noexcept {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <string>
@@ -302,6 +303,15 @@ class QUARRY_EXPORT ParserItem {
     const char* readable() const {
       return ownsMemory() ? get().data() + get().size() : place.bytes + SIZE;
     }
+    /// Tells whether this is the name `text`.
+    /// @param key made by makeKey() of it
+    bool is(std::string_view text, const Name& key) const {
+      return mayBe(key) && (isShort() ? hasFirstHalf(key) : get() == text);
+    }
+
+    /// Makes what a name is compared with. It has no memory and must not be freed.
+    QUARRY_HIDDEN static Name makeKey(std::string_view text);
+
     bool isString() const { return form() == STRING; }
     bool ownsMemory() const { return form() > LONGEST_SHORT; }
 
@@ -310,8 +320,11 @@ class QUARRY_EXPORT ParserItem {
 
    private:
     static constexpr unsigned long SIZE = 16;
+    static constexpr unsigned long HALF = SIZE / 2;
+    static constexpr unsigned long TAIL = 3;
 
-    /// The last byte tells the length of a name that lies in the others, or where it lies.
+    /// The last byte tells the length of a name that lies in the others, or where it lies. Bytes
+    /// that are not used are 0.
     static constexpr std::uint8_t LONGEST_SHORT = SIZE - 1;
     enum Form : std::uint8_t { BLOCK = 0xFE, STRING = 0xFF };
 
@@ -320,13 +333,26 @@ class QUARRY_EXPORT ParserItem {
       struct {
         char* bytes;
         std::uint32_t length;
+        char tail[TAIL];  ///< the last bytes, so that other names are told apart without a look
       } block;
       std::string* string;
     };
 
+    Name() = default;
+
+    /// Most other names are told apart by the half that holds the length and the last bytes.
+    bool mayBe(const Name& key) const {
+      return std::memcmp(place.bytes + HALF, key.place.bytes + HALF, HALF) == 0 || isString();
+    }
+    bool isShort() const { return !ownsMemory(); }
+    bool hasFirstHalf(const Name& key) const {
+      return std::memcmp(place.bytes, key.place.bytes, HALF) == 0;
+    }
+
     std::uint8_t form() const { return static_cast<std::uint8_t>(place.bytes[SIZE - 1]); }
     void setForm(unsigned long form) { place.bytes[SIZE - 1] = static_cast<char>(form); }
     QUARRY_HIDDEN void hold(std::string_view text);
+    QUARRY_HIDDEN void setBlock(char* bytes, std::string_view text);
     QUARRY_HIDDEN void moveToString();
 
     Place place;

@@ -10,6 +10,8 @@
 #include "StringText.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <string>
@@ -71,15 +73,29 @@ inline void ParserValue::relocate(ParserValue& from, void* to) noexcept {
 
 // --- Items ---------------------------------------------------------------------------------------
 
-/// Where enough may be read, a short name is copied by the room that there is.
+/// Where enough may be read, a short name is copied by the room that there is, and cut with a mask.
 inline ParserItem::Name::Name(std::string_view text, const char* readable) {
+  static constexpr auto KEPT = [] {
+    std::array<unsigned char, 2 * SIZE> bytes{};
+    for (std::size_t i = 0; i < SIZE; ++i)
+      bytes[i] = 0xFF;
+    return bytes;
+  }();
+  using Words = std::array<std::uint64_t, SIZE / sizeof(std::uint64_t)>;
   if (text.size() > LONGEST_SHORT) {
     hold(text);
     return;
   }
   if (static_cast<std::size_t>(readable - text.data()) >= SIZE) {
-    std::memcpy(place.bytes, text.data(), SIZE);
+    Words words;
+    Words mask;
+    std::memcpy(&words, text.data(), SIZE);
+    std::memcpy(&mask, KEPT.data() + SIZE - text.size(), SIZE);
+    for (std::size_t i = 0; i < words.size(); ++i)
+      words[i] &= mask[i];
+    std::memcpy(place.bytes, &words, SIZE);
   } else {
+    std::memset(place.bytes, 0, SIZE);
     text.copy(place.bytes, LONGEST_SHORT);
   }
   setForm(text.size());
