@@ -44,33 +44,43 @@ class TextCollector {
   void run(std::size_t offset, std::string_view bytes) {
     if (hasIncludes) {
       out += bytes;
-    } else {
-      if (offset != kept) std::memmove(topText->data() + kept, bytes.data(), bytes.size());
-      kept += bytes.size();
+      return;
     }
+    if (kept == 0) begin = offset;
+    if (offset != begin + kept) {
+      std::memmove(topText->data() + begin + kept, bytes.data(), bytes.size());
+    }
+    kept += bytes.size();
   }
   void comment(std::size_t, std::string_view) {}
   void versionLine(std::size_t, std::string_view) {}
   void include(std::size_t, std::string_view, const std::string&) {
-    if (!hasIncludes) out.append(*topText, 0, kept);
+    if (!hasIncludes) out.append(*topText, begin, kept);
     hasIncludes = true;
   }
   void endFile(double) {
     if (hasIncludes) return;
-    topText->resize(kept);
+    topText->resize(begin + kept);
     if (out.empty()) {
       out = std::move(*topText);
+      outBegin = begin;
     } else {
-      out += *topText;
+      out.append(*topText, begin, kept);
     }
   }
   void unclosedInclude(std::size_t) {}
   void warning(FileDiagnostic, const std::string& message) { warn(message); }
 
+  /// Returns where the collected text begins: behind a version line at a file's beginning, so that
+  /// the rest need not be moved.
+  std::size_t getBegin() const { return outBegin; }
+
  private:
   std::string& out;
+  std::size_t outBegin = 0;
   std::string* topText = nullptr;  ///< the text of the file that all begins with
-  std::size_t kept = 0;            ///< the bytes at its beginning that stay
+  std::size_t begin = 0;           ///< the first byte of it that stays
+  std::size_t kept = 0;            ///< how many bytes from there on stay
   bool hasIncludes = false;        ///< all of `topText` that stays, so far, is in `out`
 };
 
@@ -141,11 +151,12 @@ bool ParserFile::read(const std::string& name) {
   searchPaths.emplace_back();
   includedFiles.clear();
   std::string text;
-  const double declared = preprocessFile(text, filename, includedFiles);
+  TextCollector collector(text);
+  const double declared = Preprocessor(searchPaths, collector, limits).process(filename);
   searchPaths.pop_back();
   version = declared;
   if (!(version > 0.0)) return false;
-  ParserWordStream words(text, version);
+  ParserWordStream words(text, version, collector.getBegin());
   const TextOutcome outcome = readText(words, *root, limits.nestingDepth);
   if (outcome.leavesOut) {
     warn(Messages::atPlace(outcome.line, outcome.column) +
@@ -187,7 +198,9 @@ bool ParserFile::save(const std::string& name) {
 double ParserFile::preprocessFile(std::string& out, const std::string& file,
                                   std::set<std::string>& /*included*/) {
   TextCollector collector(out);
-  return Preprocessor(searchPaths, collector, limits).process(file);
+  const double declared = Preprocessor(searchPaths, collector, limits).process(file);
+  out.erase(0, collector.getBegin());
+  return declared;
 }
 
 // --- Binary --------------------------------------------------------------------------------------

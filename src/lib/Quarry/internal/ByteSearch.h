@@ -20,13 +20,21 @@ namespace detail {
 
 constexpr std::ptrdiff_t BLOCK_SIZE = 16;
 
-/// Returns, as bits, the places at which one of the bytes `Wanted` stands in the block of 16 bytes.
+/// Marks the places at which one of the bytes `Wanted` stands in the block of 16 bytes.
 template <char... Wanted>
-unsigned findInBlock(const char* block) {
+__m128i markInBlock(const char* block) {
   const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
   __m128i hits = _mm_setzero_si128();
   ((hits = _mm_or_si128(hits, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(Wanted)))), ...);
-  return static_cast<unsigned>(_mm_movemask_epi8(hits));
+  return hits;
+}
+
+/// Returns marked places as bits.
+inline unsigned toBits(__m128i marks) { return static_cast<unsigned>(_mm_movemask_epi8(marks)); }
+
+template <char... Wanted>
+unsigned findInBlock(const char* block) {
+  return toBits(markInBlock<Wanted...>(block));
 }
 
 }  // namespace detail
@@ -53,6 +61,26 @@ const char* findAnyOf(const char* begin, const char* end) {
   return begin;
 }
 
+/// Returns the first of [begin, end) that is the byte `Single`, or the first of two bytes
+/// `Doubled`, or `end`. Nothing outside [begin, end) is read.
+template <char Single, char Doubled>
+const char* findByteOrPair(const char* begin, const char* end) {
+#ifdef __SSE2__
+  for (; end - begin > detail::BLOCK_SIZE; begin += detail::BLOCK_SIZE) {
+    const __m128i pairs =
+        _mm_and_si128(detail::markInBlock<Doubled>(begin), detail::markInBlock<Doubled>(begin + 1));
+    const unsigned hits = detail::toBits(_mm_or_si128(pairs, detail::markInBlock<Single>(begin)));
+    if (hits != 0) return begin + std::countr_zero(hits);
+  }
+#endif
+  const auto isPair = [end](const char* at) {
+    return *at == Doubled && at + 1 != end && at[1] == Doubled;
+  };
+  while (begin != end && *begin != Single && !isPair(begin))
+    ++begin;
+  return begin;
+}
+
 /// What countQuotes() finds.
 struct QuoteCount {
   bool isOdd;               ///< whether the number of quotes is odd
@@ -61,32 +89,33 @@ struct QuoteCount {
 
 /// Counts the double quotes in [begin, end). Nothing outside [begin, end) is read.
 inline QuoteCount countQuotes(const char* begin, const char* end) {
+  QuoteCount count = {false, false};
+  if (begin == end) return count;
+  if (*begin++ == '"') count.isOdd = true;
 #ifdef __SSE2__
   if (end - begin >= detail::BLOCK_SIZE) {
     const char* last = end - detail::BLOCK_SIZE;
-    unsigned oddPlaces = 0;        // the places of a block at which an odd number of quotes stood
-    unsigned behindBackslash = 0;  // the places at which one stood behind a backslash
-    unsigned carried = 0;          // whether a backslash stands right before the block
+    __m128i oddPlaces = _mm_setzero_si128();  // of a block, at which an odd number of quotes stood
+    __m128i escapedPlaces = _mm_setzero_si128();  // at which one stood behind a backslash
     for (; begin < last; begin += detail::BLOCK_SIZE) {
-      const unsigned quotes = detail::findInBlock<'"'>(begin);
-      const unsigned backslashes = detail::findInBlock<'\\'>(begin);
-      oddPlaces ^= quotes;
-      behindBackslash |= quotes & (backslashes << 1 | carried);
-      carried = backslashes >> (detail::BLOCK_SIZE - 1);
+      const __m128i quotes = detail::markInBlock<'"'>(begin);
+      const __m128i escaped = _mm_and_si128(quotes, detail::markInBlock<'\\'>(begin - 1));
+      oddPlaces = _mm_xor_si128(oddPlaces, quotes);
+      escapedPlaces = _mm_or_si128(escapedPlaces, escaped);
     }
     const std::ptrdiff_t shared = begin - last;  // with the block before
-    const unsigned quotes = detail::findInBlock<'"'>(last);
-    const unsigned backslashes = detail::findInBlock<'\\'>(last);
-    oddPlaces ^= quotes >> shared;
-    behindBackslash |= (quotes & (backslashes << 1 | carried)) >> shared;
-    return {std::popcount(oddPlaces) % 2 == 1, behindBackslash != 0};
+    const unsigned quotes = detail::findInBlock<'"'>(last) >> shared;
+    const unsigned escaped = quotes & detail::findInBlock<'\\'>(last - 1) >> shared;
+    const int odd = std::popcount(detail::toBits(oddPlaces)) + std::popcount(quotes);
+    if (odd % 2 == 1) count.isOdd = !count.isOdd;
+    count.hasBehindBackslash = (detail::toBits(escapedPlaces) | escaped) != 0;
+    return count;
   }
 #endif
-  QuoteCount count = {false, false};
-  for (char previous = '\0'; begin != end; previous = *begin++) {
+  for (; begin != end; ++begin) {
     if (*begin != '"') continue;
     count.isOdd = !count.isOdd;
-    if (previous == '\\') count.hasBehindBackslash = true;
+    if (begin[-1] == '\\') count.hasBehindBackslash = true;
   }
   return count;
 }

@@ -5,6 +5,7 @@
 
 #include "WordCutter.h"
 
+#include <cstddef>
 #include <string>
 
 namespace Quarry {
@@ -17,7 +18,9 @@ namespace Quarry {
 /// The stream points into the text, which must stay alive and unchanged.
 class ParserWordStream {
  public:
-  ParserWordStream(const std::string& source, const double& version) : cutter(source, version) {}
+  /// @param textBegin where in `source` the text begins, in bytes from 0
+  ParserWordStream(const std::string& source, const double& version, std::size_t textBegin = 0)
+      : cutter(source, version, textBegin) {}
 
   /// Tells whether nothing is left to scan. A text that ends in blanks is not exhausted before
   /// next() has found no further word.

@@ -82,7 +82,6 @@ class Preprocessor {
   static constexpr double UNDECLARED_VERSION = 1.0;
   static constexpr std::string_view INCLUDE_MARKER = "#include \"";
   static constexpr std::string_view VERSION_MARKER = "#SerialVersion ";
-  static constexpr std::string_view COMMENT_MARKER = "//";
   static constexpr std::string_view QUOTE_BEHIND_BACKSLASH = "\\\"";
   static constexpr std::size_t NONE = std::string_view::npos;
 
@@ -129,11 +128,11 @@ class Preprocessor {
   /// Goes on with the innermost file, to its end or to the next include.
   Stop scan() {
     File& file = files.back();
-    while (goToAnyOf<'#', '/'>(file)) {
+    while (goToMarker(file)) {
       if (isAt(file, INCLUDE_MARKER)) return takeInclude(file);
       if (isAt(file, VERSION_MARKER)) {
         takeVersionLine(file);
-      } else if (!isAt(file, COMMENT_MARKER)) {
+      } else if (file.text[file.position] == '#') {
         ++file.position;
       } else if (isInString(file)) {
         skipString(file);
@@ -204,7 +203,9 @@ class Preprocessor {
   }
 
   /// Goes on within a string up to the next quote, before which there is no comment.
-  static void skipString(File& file) { goToAnyOf<'"', '#'>(file); }
+  static void skipString(File& file) {
+    goTo(file, [](const char* begin, const char* end) { return findAnyOf<'"', '#'>(begin, end); });
+  }
 
   /// Returns the number of backslashes passed since the last other byte.
   static std::size_t countBackslashes(const File& file, std::size_t end) {
@@ -214,13 +215,20 @@ class Preprocessor {
     return begin == file.runBegin ? file.backslashesBeforeRun + (end - begin) : end - begin;
   }
 
-  /// Goes to the next of some bytes, or to the end of the text when there is none.
-  /// @return whether there is one
-  template <char... Wanted>
-  static bool goToAnyOf(File& file) {
+  /// Goes to what may begin a directive or begins a comment.
+  static bool goToMarker(File& file) {
+    return goTo(file, [](const char* begin, const char* end) {
+      return findByteOrPair<'#', '/'>(begin, end);
+    });
+  }
+
+  /// Goes to what `find` finds, or to the end of the text when there is nothing.
+  /// @return whether there is something
+  template <class Find>
+  static bool goTo(File& file, Find find) {
     const char* text = file.text.data();
     const char* end = text + file.text.size();
-    const char* found = findAnyOf<Wanted...>(text + file.position, end);
+    const char* found = find(text + file.position, end);
     file.position = static_cast<std::size_t>(found - text);
     return found != end;
   }

@@ -5,6 +5,9 @@
 
 #include "ByteClass.h"
 
+#include <cstddef>
+#include <string>
+
 namespace Quarry {
 
 /// The word that a WordCutter stands at. It is classified already, and what is rarely asked for is
@@ -49,11 +52,11 @@ class TextWord {
  private:
   friend class WordCutter;
 
-  TextWord(const std::string& text, const double& version)
+  TextWord(const std::string& text, const double& version, std::size_t begin)
       : textEnd(text.data() + text.size()),
         textBegin(text.data()),
-        last(text.data()),
-        lineBegin(text.data()),
+        last(text.data() + begin),
+        lineBegin(last),
         face(text, false, version) {}
 
   /// A delimiter ends of itself.

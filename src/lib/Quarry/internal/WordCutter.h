@@ -28,11 +28,12 @@ namespace Quarry {
 /// zero byte, as it does in every string, so that the end need not be asked for at each byte.
 class WordCutter {
  public:
-  WordCutter(const std::string& source, const double& version)
-      : word(source, version),
-        begin(source.data()),
-        end(begin + source.size()),
-        quickEnd(source.size() > QUICK_ROOM ? end - QUICK_ROOM : begin) {}
+  /// @param textBegin where in `source` the text begins, in bytes from 0
+  WordCutter(const std::string& source, const double& version, std::size_t textBegin = 0)
+      : word(source, version, textBegin),
+        begin(source.data() + textBegin),
+        end(source.data() + source.size()),
+        quickEnd(end - begin > QUICK_ROOM ? end - QUICK_ROOM : begin) {}
 
   /// Tells whether there are zero bytes anywhere in the text. They end a word's string early.
   bool hasZeroBytes() const { return findAnyOf<'\0'>(begin, end) != end; }
@@ -57,7 +58,7 @@ class WordCutter {
  private:
   /// Where so many bytes are left, the first bytes of blanks and words are looked at without asking
   /// how many there are.
-  static constexpr std::size_t QUICK_ROOM = 64;
+  static constexpr std::ptrdiff_t QUICK_ROOM = 64;
 
   /// Most words stand behind one blank, and the first of a line behind many.
   [[gnu::always_inline]] const char* skipBlanks(const char* at) {
