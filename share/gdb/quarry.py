@@ -240,16 +240,29 @@ class ListPrinter(Printer):
 
 class ItemPrinter(ListPrinter):
     KINDS = ['item', 'keyword', 'call']
+    BLOCK_NAME, STRING_NAME = 0xFE, 0xFF
 
     def describe(self):
         kind = int(self.value['type'])
         if not 0 <= kind < len(self.KINDS):
             raise ValueError('no kind of items: {}'.format(kind))
         self.check_count()
-        return '{} {}{}{}{}'.format(self.KINDS[kind], quoted_string(self.value['name']),
+        return '{} {}{}{}{}'.format(self.KINDS[kind], quoted(*self.name()),
                                     place_at(int(self.value['line']), int(self.value['column'])),
                                     self.describe_details(),
                                     ', folded' if self.value['folding'] else '')
+
+    def name(self):
+        """Where the name is, and how long."""
+        address = address_of(self.value['name'])
+        form = Value.read(address + 15, 'unsigned char')
+        if form == self.STRING_NAME:
+            return string_at(read_word(address))
+        if form == self.BLOCK_NAME:
+            return read_word(address), Value.read(address + 8, 'unsigned int')
+        if form > 15:
+            raise ValueError('no length of a name: {}'.format(form))
+        return address, form
 
     def describe_details(self):
         details = pointee(address_of(self.value['details']), 'Quarry::ParserItem::Details')

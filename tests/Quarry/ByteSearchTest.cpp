@@ -11,6 +11,7 @@
 
 using Quarry::countQuotes;
 using Quarry::findAnyOf;
+using Quarry::findByteOrPair;
 
 namespace {
 
@@ -128,6 +129,73 @@ TEST(FindAnyOfTest, NothingOutsideTheRangeIsRead) {
   for (std::size_t size = 0; size < LONGEST; ++size) {
     EXPECT_EQ(findMark(page.placeAtBegin(std::string(size, 'a'))), size);
     EXPECT_EQ(findMark(page.placeAtEnd(std::string(size, 'a'))), size);
+  }
+}
+
+// --- findByteOrPair ------------------------------------------------------------------------------
+
+namespace {
+
+std::size_t findHashOrSlashes(std::string_view text) {
+  const char* found = findByteOrPair<'#', '/'>(text.data(), text.data() + text.size());
+  return static_cast<std::size_t>(found - text.data());
+}
+
+}  // namespace
+
+TEST(FindByteOrPairTest, TheByteIsFoundAtEveryPlaceOfEveryLength) {
+  for (std::size_t size = 1; size < LONGEST; ++size) {
+    for (std::size_t place = 0; place < size; ++place) {
+      std::string text(size, 'a');
+      text[place] = '#';
+      EXPECT_EQ(findHashOrSlashes(text), place) << size;
+    }
+  }
+}
+
+TEST(FindByteOrPairTest, ThePairIsFoundAtEveryPlaceOfEveryLength) {
+  for (std::size_t size = 2; size < LONGEST; ++size) {
+    for (std::size_t place = 0; place + 1 < size; ++place) {
+      std::string text(size, 'a');
+      text.replace(place, 2, "//");
+      EXPECT_EQ(findHashOrSlashes(text), place) << size;
+    }
+  }
+}
+
+TEST(FindByteOrPairTest, OneOfThePairIsNoHitAtAnyPlaceOfAnyLength) {
+  for (std::size_t size = 1; size < LONGEST; ++size) {
+    for (std::size_t place = 0; place < size; ++place) {
+      std::string text(size, 'a');
+      text[place] = '/';
+      EXPECT_EQ(findHashOrSlashes(text), size) << place;
+    }
+  }
+}
+
+TEST(FindByteOrPairTest, APairThatReachesOverTheEndIsNoHit) {
+  const std::string text = std::string(40, 'a') + "//";
+  for (std::size_t size = 1; size <= 41; ++size) {
+    EXPECT_EQ(findHashOrSlashes(std::string_view(text).substr(41 - size, size)), size);
+  }
+}
+
+TEST(FindByteOrPairTest, TheFirstOfTwoHitsIsReturned) {
+  for (std::size_t first = 0; first < LONGEST; ++first) {
+    for (std::size_t second = first + 2; second < LONGEST; ++second) {
+      std::string text(LONGEST, 'a');
+      text.replace(first, 2, "//");
+      text[second] = '#';
+      EXPECT_EQ(findHashOrSlashes(text), first);
+    }
+  }
+}
+
+TEST(FindByteOrPairTest, NothingOutsideTheRangeIsRead) {
+  GuardedPage page;
+  for (std::size_t size = 0; size < LONGEST; ++size) {
+    EXPECT_EQ(findHashOrSlashes(page.placeAtBegin(std::string(size, '-'))), size);
+    EXPECT_EQ(findHashOrSlashes(page.placeAtEnd(std::string(size, '-'))), size);
   }
 }
 

@@ -11,6 +11,10 @@
 #include <string>
 
 using Quarry::areNameBytes;
+using Quarry::countSpacesQuickly;
+using Quarry::findNameEnd;
+using Quarry::findNameEndQuickly;
+using Quarry::findNumberEndQuickly;
 using Quarry::findWordStop;
 using Quarry::hasFractionMark;
 using Quarry::skipSpaces;
@@ -70,6 +74,22 @@ class GuardedPage {
   char* region;
 };
 
+/// Checks what needs 32 bytes. The end of a number is one of the stops, or one of few other bytes
+/// before it, up to the comma.
+void checkQuickWays(const char* begin, const char* end) {
+  const std::string shown(begin, end);
+  const auto isOther = [](char byte) { return byte != ' '; };
+  EXPECT_EQ(begin + countSpacesQuickly(begin), findFirst(begin, begin + 32, isOther)) << shown;
+  EXPECT_EQ(findNameEndQuickly(begin, end), findNameEnd(begin, end)) << shown;
+  const Quarry::NumberEnd number = findNumberEndQuickly(begin, end);
+  EXPECT_LE(number.at, findFirst(begin, end, isStop)) << shown;
+  if (number.at != end && !isStop(*number.at)) {
+    EXPECT_LE(static_cast<unsigned char>(*number.at), ',') << shown;
+  }
+  EXPECT_EQ(number.hasFractionMark, findFirst(begin, number.at, isFractionMark) != number.at)
+      << shown;
+}
+
 /// Checks every function on the bytes [begin, end), of which there may be more up to `readable`.
 void checkRange(const char* begin, const char* end, const char* readable) {
   const std::string shown(begin, end);
@@ -81,6 +101,9 @@ void checkRange(const char* begin, const char* end, const char* readable) {
       << shown;
   EXPECT_EQ(hasFractionMark(begin, end, readable), findFirst(begin, end, isFractionMark) != end)
       << shown;
+  EXPECT_EQ(findNameEnd(begin, end), findFirst(begin, end, [](char b) { return !isNameByte(b); }))
+      << shown;
+  if (end - begin >= 32) checkQuickWays(begin, end);
 }
 
 /// Checks the text from every byte to its end, and to every earlier end about the block sizes.

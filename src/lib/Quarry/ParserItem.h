@@ -332,7 +332,7 @@ class QUARRY_EXPORT ParserItem {
       char bytes[SIZE];
       struct {
         char* bytes;
-        std::uint32_t length;
+        alignas(HALF) std::uint32_t length;
         char tail[TAIL];  ///< the last bytes, so that other names are told apart without a look
       } block;
       std::string* string;

@@ -63,30 +63,27 @@ class WordCutter {
   /// Most words stand behind one blank, and the first of a line behind many.
   [[gnu::always_inline]] const char* skipBlanks(const char* at) {
     while (isByteOf(*at, BYTE_BLANK | BYTE_LINE_BREAK)) {
-      if (isByteOf(*at, BYTE_LINE_BREAK)) {
+      const bool isLineBreak = isByteOf(*at++, BYTE_LINE_BREAK);
+      if (isLineBreak) {
         ++word.line;
-        word.lineBegin = ++at;
-        if (at < quickEnd) {
-          const char* guess = at + indent;
-          __asm__("" : "+r"(guess));
-          const unsigned others = Block(at).equal(' ') | Block(at + Block::SIZE).equal(' ')
-                                                             << Block::SIZE;
-          const unsigned n = static_cast<unsigned>(std::countr_one(others));
-          if (n == indent) {
-            at = guess;
-          } else {
-            indent = n;
-            at += n;
-          }
-          if (n == 32) at = skipSpaces(at, end);
-          continue;
-        }
-      } else {
-        ++at;
+        word.lineBegin = at;
       }
-      if (*at == ' ') at = at < quickEnd ? skipSpacesQuickly(at, end) : skipSpaces(at, end);
+      if (*at != ' ') continue;
+      at = isLineBreak && at < quickEnd ? skipIndentation(at) : skipSpaces(at, end);
     }
     return at;
+  }
+
+  /// Most lines are indented as the one before. Where that turns out to be so, the processor has
+  /// gone on already, without waiting for the number of blanks.
+  [[gnu::always_inline]] const char* skipIndentation(const char* at) {
+    const char* guess = at + indentation;
+    __asm__("" : "+r"(guess));  // the compiler shall not compute it from `spaces` after all
+    const unsigned spaces = countSpacesQuickly(at);
+    if (spaces == indentation) return guess;
+    if (spaces == MOST_SPACES) return skipSpaces(at + spaces, end);
+    indentation = spaces;
+    return at + spaces;
   }
 
   /// Sets what the word at `at` is, and returns where it ends.
@@ -185,8 +182,8 @@ class WordCutter {
   TextWord word;
   const char* begin;  ///< of the text, not owned
   const char* end;
-  const char* quickEnd;  ///< see QUICK_ROOM
-  unsigned indent = 0;
+  const char* quickEnd;      ///< see QUICK_ROOM
+  unsigned indentation = 0;  ///< of the line before, in blanks
 };
 
 }  // namespace Quarry
