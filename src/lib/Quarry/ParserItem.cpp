@@ -125,7 +125,6 @@ void ParserItem::Name::moveToString() {
 }
 
 /// A string stays the object that it is: callers may hold on to it.
-/// @param other a string as well if this is one
 void ParserItem::Name::exchange(Name& other) noexcept {
   if (isString()) {
     place.string->swap(*other.place.string);

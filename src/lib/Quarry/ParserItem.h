@@ -288,21 +288,23 @@ class QUARRY_EXPORT ParserItem {
   /// A name. Nearly all are short and lie in the item, a longer one lies in a block of its own.
   /// When a string is asked for, the name moves into one and stays there. Whoever makes a name
   /// frees it.
-  class Name {
-   public:
+  struct Name {
     /// @param readable bytes up to here may be read, though not used
     QUARRY_HIDDEN Name(std::string_view text, const char* readable);
     QUARRY_HIDDEN void free() noexcept;
 
+    /// Good until the name changes or is made a string.
     std::string_view get() const {
       if (!ownsMemory()) return {place.bytes, form()};
       return isString() ? std::string_view(*place.string)
                         : std::string_view(place.block.bytes, place.block.length);
     }
+
     /// Returns up to where the bytes may be read.
     const char* readable() const {
       return ownsMemory() ? get().data() + get().size() : place.bytes + SIZE;
     }
+
     /// Tells whether this is the name `text`.
     /// @param key made by makeKey() of it
     bool is(std::string_view text, const Name& key) const {
@@ -315,16 +317,20 @@ class QUARRY_EXPORT ParserItem {
     bool isString() const { return form() == STRING; }
     bool ownsMemory() const { return form() > LONGEST_SHORT; }
 
+    /// Makes the name a string, where it is none yet.
     QUARRY_HIDDEN const std::string& getString();
+
+    /// Exchanges two names that are both strings or both none.
     QUARRY_HIDDEN void exchange(Name& other) noexcept;
 
-   private:
+    // What the operations above are made of.
+
     static constexpr unsigned long SIZE = 16;
     static constexpr unsigned long HALF = SIZE / 2;
     static constexpr unsigned long TAIL = 3;
 
     /// The last byte tells the length of a name that lies in the others, or where it lies. Bytes
-    /// that are not used are 0.
+    /// of a short name that are not used are 0.
     static constexpr std::uint8_t LONGEST_SHORT = SIZE - 1;
     enum Form : std::uint8_t { BLOCK = 0xFE, STRING = 0xFF };
 
