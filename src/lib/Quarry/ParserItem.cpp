@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 namespace Quarry {
@@ -84,13 +85,15 @@ void ParserItem::copyDetails(const ParserItem& other) {
 
 /// One that is too long for a block's length is made a string at once.
 void ParserItem::Name::hold(std::string_view text) {
-  if (text.size() > UINT32_MAX) {
-    place.string = new std::string(text);  // LCOV_EXCL_LINE: a name of 4 GiB
-    return setForm(STRING);                // LCOV_EXCL_LINE
-  }
+  if (text.size() > UINT32_MAX) return holdString(std::string(text));  // LCOV_EXCL_LINE: of 4 GiB
   char* bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
   std::memcpy(bytes, text.data(), text.size());
   setBlock(bytes, text);
+}
+
+void ParserItem::Name::holdString(std::string text) {
+  place.string = ::new (SlabHeap::allocate(sizeof(std::string))) std::string(std::move(text));
+  setForm(STRING);
 }
 
 void ParserItem::Name::setBlock(char* bytes, std::string_view text) {
@@ -109,19 +112,17 @@ ParserItem::Name ParserItem::Name::makeKey(std::string_view text) {
 
 void ParserItem::Name::free() noexcept {
   if (form() == BLOCK) SlabHeap::free(place.block.bytes, place.block.length);
-  if (form() == STRING) delete place.string;
+  if (form() != STRING) return;
+  std::destroy_at(place.string);
+  SlabHeap::free(place.string, sizeof(std::string));
 }
 
 const std::string& ParserItem::Name::getString() {
-  if (!isString()) moveToString();
+  if (isString()) return *place.string;
+  Name before = *this;
+  holdString(std::string(get()));
+  before.free();
   return *place.string;
-}
-
-void ParserItem::Name::moveToString() {
-  auto* string = new std::string(get());
-  free();
-  place.string = string;
-  setForm(STRING);
 }
 
 /// A string stays the object that it is: callers may hold on to it.

@@ -359,7 +359,7 @@ class QUARRY_EXPORT ParserItem {
     void setForm(unsigned long form) { place.bytes[SIZE - 1] = static_cast<char>(form); }
     QUARRY_HIDDEN void hold(std::string_view text);
     QUARRY_HIDDEN void setBlock(char* bytes, std::string_view text);
-    QUARRY_HIDDEN void moveToString();
+    QUARRY_HIDDEN void holdString(std::string text);
 
     Place place;
   };
