@@ -201,6 +201,15 @@ void SlabHeap::putSlowly(Slab* slab, Slot* slot) noexcept {
       [=](Holdings& holdings) { put(holdings.of[slab->sizeIndex], slab, slot); });
 }
 
+void SlabHeap::beginBatch(Holding& holding, Slab* slab, Slot* slot) noexcept {
+  handIn(holding);
+  slot->next = nullptr;
+  holding.batchSlab = slab;
+  holding.batch = slot;
+  holding.batchLast = slot;
+  holding.batchCount = 1;
+}
+
 void SlabHeap::handIn(Holding& holding) noexcept {
   if (holding.batchSlab != nullptr) sizeLists[holding.batchSlab->sizeIndex].handIn(holding);
 }

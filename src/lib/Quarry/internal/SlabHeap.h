@@ -112,6 +112,7 @@ class SlabHeap {
   static void freeLarge(void* memory, std::size_t size) noexcept;
   static void* takeSlowly(std::size_t sizeIndex);
   static void putSlowly(Slab* slab, Slot* slot) noexcept;
+  static void beginBatch(Holding& holding, Slab* slab, Slot* slot) noexcept;
   static void handIn(Holding& holding) noexcept;
 
   static SizeList sizeLists[SIZES];
@@ -154,20 +155,18 @@ inline void* SlabHeap::allocate(std::size_t size) {
   return slot != nullptr ? slot : takeSlowly(sizeIndex);
 }
 
+/// Most slots are of the slab that the one before was of.
 inline void SlabHeap::put(Holding& holding, Slab* slab, Slot* slot) noexcept {
-  if (slab == holding.current) {
+  if (slab == holding.batchSlab) {
+    slot->next = holding.batch;
+    holding.batch = slot;
+    ++holding.batchCount;
+  } else if (slab == holding.current) {
     slot->next = holding.free;
     holding.free = slot;
-    return;
+  } else {
+    beginBatch(holding, slab, slot);
   }
-  if (slab != holding.batchSlab) {
-    handIn(holding);
-    holding.batchSlab = slab;
-    holding.batchLast = slot;
-  }
-  slot->next = holding.batch;
-  holding.batch = slot;
-  ++holding.batchCount;
 }
 
 inline void SlabHeap::free(void* memory, std::size_t size) noexcept {

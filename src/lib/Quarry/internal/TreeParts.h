@@ -175,6 +175,12 @@ inline ParserGroup* ParserGroup::makeNested() {
   return ::new (SlabHeap::allocate(sizeof(ParserGroup))) ParserGroup();
 }
 
+/// As `delete`, within the library.
+inline void ParserGroup::destroy(ParserGroup* group) noexcept {
+  group->~ParserGroup();
+  SlabHeap::free(group, sizeof(ParserGroup));
+}
+
 /// Appends a new item, which is deleted when memory runs out.
 inline void ParserGroup::adopt(ParserItem* item) {
   try {

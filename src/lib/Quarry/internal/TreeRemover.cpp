@@ -35,7 +35,7 @@ void TreeRemover::removeGroup(ParserGroup& group) {
   waiting = group.nextToRemove;
   removed += count;
   group.items.clear();
-  delete &group;
+  ParserGroup::destroy(&group);
 }
 
 /// Inlined, because there is hardly more to do for most items than what a call takes.
