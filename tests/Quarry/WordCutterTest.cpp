@@ -162,6 +162,26 @@ TEST(WordCutterTest, NoStringOfTheFirstVersionHasEscapes) {
   EXPECT_FALSE(cutter.next()->hasEscapes());
 }
 
+TEST(WordCutterTest, AZeroByteIsNoticedInEveryKindOfWordAndFromThenOn) {
+  for (const std::string word : {"name", "12.5", "-7", "\"string\"", "\"\\\"\"", "#key", "0x0A",
+                                 "/", "1234567890123456789012345678901234567890"}) {
+    for (unsigned long place = 0; place <= word.size(); ++place) {
+      const std::string text = "a " + std::string(word).insert(place, 1, '\0') + "\nb" + behind();
+      WordCutter cutter(text, 1.1);
+      EXPECT_FALSE(cutter.next()->hasSeenZeroByte()) << word;
+      EXPECT_TRUE(cutter.next()->hasSeenZeroByte()) << word << " " << place;
+      EXPECT_TRUE(cutter.next()->hasSeenZeroByte()) << word;
+    }
+  }
+}
+
+TEST(WordCutterTest, NoZeroByteIsSeenAtTheEndOfAText) {
+  const std::string text = "a \"b";
+  WordCutter cutter(text, 1.1);
+  EXPECT_FALSE(cutter.next()->hasSeenZeroByte());
+  EXPECT_FALSE(cutter.next()->hasSeenZeroByte());
+}
+
 TEST(WordCutterTest, AWordIsAParserWordToWhomWantsOne) {
   const std::string text = "a\n  12 " + behind();
   WordCutter cutter(text, 1.1);

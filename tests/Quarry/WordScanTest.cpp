@@ -14,7 +14,7 @@ using Quarry::areNameBytes;
 using Quarry::countSpacesQuickly;
 using Quarry::findNameEnd;
 using Quarry::findNameEndQuickly;
-using Quarry::findNumberEndQuickly;
+using Quarry::findNumberEnd;
 using Quarry::findWordStop;
 using Quarry::hasFractionMark;
 using Quarry::skipSpaces;
@@ -74,16 +74,20 @@ class GuardedPage {
   char* region;
 };
 
-/// Checks what needs 32 bytes. The end of a number is one of the stops, or one of few other bytes
-/// before it, up to the comma.
+/// Checks what needs 32 bytes. A number ends at one of the stops or a zero byte, or at one of few
+/// other bytes before it, up to the comma.
 void checkQuickWays(const char* begin, const char* end) {
   const std::string shown(begin, end);
   const auto isOther = [](char byte) { return byte != ' '; };
   EXPECT_EQ(begin + countSpacesQuickly(begin), findFirst(begin, begin + 32, isOther)) << shown;
   EXPECT_EQ(findNameEndQuickly(begin, end), findNameEnd(begin, end)) << shown;
-  const Quarry::NumberEnd number = findNumberEndQuickly(begin, end);
-  EXPECT_LE(number.at, findFirst(begin, end, isStop)) << shown;
-  if (number.at != end && !isStop(*number.at)) {
+  const auto isEnd = [](char byte) { return byte == 0 || isStop(byte); };
+  const char* stop = findFirst(begin, begin + 32, isEnd);
+  const Quarry::NumberEnd number = findNumberEnd(begin);
+  EXPECT_LE(number.at, stop) << shown;
+  const bool isFound = number.at != begin || isEnd(*begin);
+  EXPECT_TRUE(isFound || stop == begin + 32 || static_cast<unsigned char>(*begin) <= ',') << shown;
+  if (isFound && number.at != stop) {
     EXPECT_LE(static_cast<unsigned char>(*number.at), ',') << shown;
   }
   EXPECT_EQ(number.hasFractionMark, findFirst(begin, number.at, isFractionMark) != number.at)

@@ -37,6 +37,10 @@ class TextWord {
   /// Tells whether the string has to be unescaped.
   bool hasEscapes() const { return hasBackslash && face.resolvesEscapes; }
 
+  /// Tells whether there was a zero byte in this word or in one before it. It ends a word's string
+  /// early, so that words have to be read with more care.
+  bool hasSeenZeroByte() const { return seenZeroByte; }
+
   /// The word as messages and rare values need it; good until the next word is cut.
   operator const ParserWord&() const {  // NOLINT(google-explicit-constructor): it is that word
     face.type = type;
@@ -70,6 +74,7 @@ class TextWord {
   const char* last;
   ParserWord::Type type = ParserWord::WORD_UNKNOWN;
   bool hasBackslash = false;
+  bool seenZeroByte = false;
   unsigned long line = 1;
   const char* lineBegin;
   mutable ParserWord face;

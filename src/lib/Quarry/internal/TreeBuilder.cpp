@@ -34,10 +34,16 @@ void TreeBuilder::addNoted() {
 
 /// Adds a value that is not kept as it stands.
 void TreeBuilder::addWord(const ParserWord& word, ParserValue::Type valueType) {
+  if (valueType != ParserValue::TYPE_STRING) return addCarefully(word, valueType);
   completeItem();
-  if (!isPlainText || valueType != ParserValue::TYPE_STRING) return item->addWord(word, valueType);
   ParserItem::readQuoted(word, unescaped);
   item->appendText(valueType, unescaped);
+}
+
+/// Adds a value by the general rules.
+void TreeBuilder::addCarefully(const ParserWord& word, ParserValue::Type valueType) {
+  completeItem();
+  item->addWord(word, valueType);
 }
 
 }  // namespace Quarry

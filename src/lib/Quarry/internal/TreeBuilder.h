@@ -27,9 +27,10 @@ namespace Quarry {
 /// the tree, such as a console that is told a warning, finds it complete.
 class TreeBuilder {
  public:
-  /// @param hasZeroBytes whether there are any in the text; words are then read with more care
+  /// @param hasZeroBytes whether there may be any in ParserWords, which do not tell; they are then
+  ///        read with more care
   explicit TreeBuilder(ParserGroup& target, bool hasZeroBytes = true)
-      : group(&target), isPlainText(!hasZeroBytes) {
+      : group(&target), areWordsPlain(!hasZeroBytes) {
     outers.reserve(USUAL_DEPTH);
   }
 
@@ -49,7 +50,8 @@ class TreeBuilder {
 
   template <class Word>
   void value(const Word& word, ParserValue::Type valueType) {
-    if (!isPlainText || needsReading(word, valueType)) return addWord(word, valueType);
+    if (!isPlain(word)) return addCarefully(word, valueType);
+    if (needsReading(word, valueType)) return addWord(word, valueType);
     const std::string_view text = textOf(word, valueType);
     if (item->count == item->capacity) return note(text, valueType, word.textEnd);
     ::new (item->end()) ParserValue(ParserValue::Form::TEXT, valueType, text, word.textEnd);
@@ -122,6 +124,10 @@ class TreeBuilder {
     return word.getArraySize() != ParserWord::NO_ARRAY || word.getTemplateWord() != nullptr;
   }
 
+  /// Tells whether the word has no zero byte.
+  static bool isPlain(const TextWord& word) { return !word.hasSeenZeroByte(); }
+  bool isPlain(const ParserWord&) const { return areWordsPlain; }
+
   /// A block of bytes is decoded, and a string unescaped where it has escapes.
   template <class Word>
   static bool needsReading(const Word& word, ParserValue::Type valueType) {
@@ -162,12 +168,13 @@ class TreeBuilder {
   void addNoted();
   static void applyDetails(ParserItem& item, const ParserWord& word);
   void addWord(const ParserWord& word, ParserValue::Type valueType);
+  void addCarefully(const ParserWord& word, ParserValue::Type valueType);
 
   ParserGroup* group;          ///< the innermost group
   ParserItem* item = nullptr;  ///< its current item
   std::vector<Outer> outers;
   ParserItem::Place leftOut = {0, 0};  ///< the first group that was; lines count from 1
-  const bool isPlainText;
+  const bool areWordsPlain;
   std::vector<Note> notes;
   const char* readable = nullptr;  ///< the end of the text that the notes point to
   std::string unescaped;           ///< here so that its memory is used again

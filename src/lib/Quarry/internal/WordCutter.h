@@ -35,9 +35,6 @@ class WordCutter {
         end(source.data() + source.size()),
         quickEnd(end - begin > QUICK_ROOM ? end - QUICK_ROOM : begin) {}
 
-  /// Tells whether there are zero bytes anywhere in the text. They end a word's string early.
-  bool hasZeroBytes() const { return findAnyOf<'\0'>(begin, end) != end; }
-
   /// Tells whether nothing is left to scan behind the word and the blank that ended it. A text that
   /// ends in more blanks is not exhausted before next() has found no further word.
   bool isExhausted() const {
@@ -109,18 +106,18 @@ class WordCutter {
   }
 
   [[gnu::always_inline]] const char* cutNumber(const char* at, const char* firstDigit) {
-    const NumberEnd stop = findNumberEndQuickly(at, end);
+    const NumberEnd stop = findNumberEnd(at);
     if (!isStop(stop.at)) return cutOther(at);
     word.type = WordClassifier::ofNumber(firstDigit, stop.at, stop.hasFractionMark);
     return word.type != ParserWord::WORD_UNKNOWN ? stop.at : cutOther(at);
   }
 
   [[gnu::always_inline]] const char* cutString(const char* at) {
-    const char* quote = findAnyOf<'"', '\\', '\n', '\r'>(at + 1, end);
+    const char* quote = findAnyOf<'"', '\\', '\n', '\r', '\0'>(at + 1, end);
     word.hasBackslash = *quote == '\\';
     while (*quote == '\\') {
       quote += quote[1] == '"' ? 2 : 1;
-      quote = findAnyOf<'"', '\\', '\n', '\r'>(quote, end);
+      quote = findAnyOf<'"', '\\', '\n', '\r', '\0'>(quote, end);
     }
     if (*quote != '"' || !isStop(quote + 1)) return cutOther(at);
     word.type = ParserWord::WORD_STRING;
@@ -144,6 +141,7 @@ class WordCutter {
     if (isByteOf(*at, BYTE_DELIMITER)) return cutDelimiter(at);
     word.hasBackslash = true;  // perhaps
     word.last = *at == '"' ? findQuotedEnd(at) : findEnd(at + 1);
+    if (findAnyOf<'\0'>(at, word.last) != word.last) word.seenZeroByte = true;
     word.type = ParserWord::WORD_UNKNOWN;
     word.type = WordClassifier::classify(static_cast<const ParserWord&>(word));
     return word.last;

@@ -145,31 +145,38 @@ inline const char* findNameEndQuickly(const char* at, const char* end) {
   return findNameEnd(at, end);
 }
 
-/// What findNumberEndQuickly() finds.
+/// What findNumberEnd() finds.
 struct NumberEnd {
-  const char* at;        ///< the first blank, line break, delimiter or quote, or one of few others
+  const char* at;        ///< the first blank, line break, delimiter, quote or zero byte, or another
+                         ///< byte before them
   bool hasFractionMark;  ///< whether there is an `e` or a point before it
 };
 
-/// Looks for the end of a number, where at least 32 bytes are left.
-inline NumberEnd findNumberEndQuickly(const char* begin, const char* end) {
+/// No number that is longer is looked at.
+constexpr int LONGEST_NUMBER = 32;
+
+/// Looks for the end of a number, where at least LONGEST_NUMBER bytes are left. What is not found
+/// among these is said to be at `begin`.
+inline NumberEnd findNumberEnd(const char* begin) {
 #ifdef __SSE2__
-  const Block block(begin);
-  const unsigned marks = block.equal('.') | block.equal('e');
-  const unsigned stops = block.likelyStops();
+  const Block first(begin);
+  const unsigned marks = first.equal('.') | first.equal('e');
+  const unsigned stops = first.likelyStops();
   if (stops != 0) return {begin + firstOf(stops), (marks & (stops ^ (stops - 1))) != 0};
-  const Block second(begin + Block::SIZE);
-  const unsigned secondMarks = second.equal('.') | second.equal('e');
-  const unsigned secondStops = second.likelyStops();
-  if (secondStops != 0) {
-    return {begin + Block::SIZE + firstOf(secondStops),
-            (marks | (secondMarks & (secondStops ^ (secondStops - 1)))) != 0};
-  }
-  const char* at = findWordStop(begin + 2 * Block::SIZE, end);
-  return {at, (marks | secondMarks) != 0 || findAnyOf<'.', 'e'>(begin, at) != at};
+  const char* half = begin + Block::SIZE;
+  const Block second(half);
+  const unsigned laterMarks = second.equal('.') | second.equal('e');
+  const unsigned laterStops = second.likelyStops();
+  if (laterStops == 0) return {begin, false};
+  return {half + firstOf(laterStops),
+          (marks | (laterMarks & (laterStops ^ (laterStops - 1)))) != 0};
 #else
-  const char* at = findWordStop(begin, end);
-  return {at, findAnyOf<'.', 'e'>(begin, at) != at};
+  bool hasFractionMark = false;
+  for (const char* at = begin; at != begin + LONGEST_NUMBER; ++at) {
+    if (*at == '\0' || isByteOf(*at, WORD_STOPS)) return {at, hasFractionMark};
+    hasFractionMark = hasFractionMark || *at == '.' || *at == 'e';
+  }
+  return {begin, false};
 #endif
 }
 
