@@ -90,7 +90,7 @@ class WordCutter {
     if (isByteOf(*at, BYTE_DELIMITER)) return cutDelimiter(at);
     if (*at == '"') return cutString(at);
     if (*at == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at, at + 1);
-    return cutOther(at);
+    return *at == '_' ? cutName(at) : cutOther(at);
   }
 
   [[gnu::always_inline]] const char* cutDelimiter(const char* at) {
