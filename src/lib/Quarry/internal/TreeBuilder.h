@@ -11,7 +11,6 @@
 #include "TextWord.h"
 #include "TreeParts.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -148,10 +147,12 @@ class TreeBuilder {
     return {word.begin() + 1, length > QUOTES ? length - QUOTES : 0};
   }
 
-  /// For how many values the next item shall have places.
+  /// For how many values the next item shall have places. None are wasted on the first of many,
+  /// which go into a list.
   unsigned long guessPlaces() const {
-    constexpr std::uint32_t MOST = 4;
-    return item != nullptr ? std::clamp<std::uint32_t>(item->count, 1, MOST) : 1;
+    constexpr std::uint32_t MOST = 8;
+    const bool isExample = item != nullptr && item->count > 0 && item->count <= MOST;
+    return isExample ? item->count : 1;
   }
 
   void enterGroup(ParserGroup* inner) {
