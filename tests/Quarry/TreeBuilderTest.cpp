@@ -27,6 +27,46 @@ using testing::ElementsAre;
 using TestSupport::describe;
 using namespace TreeViews;
 
+// --- Places for values ---------------------------------------------------------------------------
+
+namespace {
+
+/// Returns what stands behind an item's name: so many values, as text or as a description.
+std::string makeValues(int count, const std::string& before) {
+  std::string values;
+  for (int i = 0; i < count; ++i)
+    values += before + std::to_string(i);
+  return values;
+}
+
+}  // namespace
+
+TEST(TreeBuilderTest, ItemsHaveTheirValuesWhateverTheOneBeforeHad) {
+  constexpr int MANY = 20;
+  for (int first = 1; first < MANY; ++first) {
+    for (int second = 1; second < MANY; ++second) {
+      const std::string text =
+          "a" + makeValues(first, " ") + "\nb" + makeValues(second, " ") + "\n";
+      const std::string tree =
+          "a" + makeValues(first, " int:") + "; b" + makeValues(second, " int:");
+      EXPECT_THAT(watch(text), ElementsAre(tree));
+    }
+  }
+}
+
+TEST(TreeBuilderTest, AGroupFollowsValuesWhateverTheItemBeforeHad) {
+  for (int first = 1; first < 20; ++first) {
+    EXPECT_THAT(watch("a" + makeValues(first, " ") + "\nb 1 2 { c 3 }"),
+                ElementsAre("a" + makeValues(first, " int:") + "; b int:1 int:2 {c int:3}"));
+  }
+}
+
+TEST(TreeBuilderTest, EscapedStringsAndBlocksStandInOrderAmongValuesThatFindNoPlace) {
+  EXPECT_THAT(
+      watch("a 1 2 \"\\n\" 3 4 \"x\" \"\\t\" 5"),
+      ElementsAre("a int:1 int:2 string:\"\n\" int:3 int:4 string:\"x\" string:\"\t\" int:5"));
+}
+
 // --- At a warning --------------------------------------------------------------------------------
 
 TEST(TreeBuilderTest, AtAWarningTheItemAndItsValuesAreThere) {
