@@ -36,8 +36,8 @@ class WordClassifier {
   }
   static ParserWord::Type classify(const TextWord& word) { return word.getType(); }
 
-  // What a word is that shows by its first byte what it may be. Bytes up to `readable` may be read.
-  // WORD_UNKNOWN where the tests have to be asked.
+  // What a word is that shows by its first byte what it may be; WORD_UNKNOWN where the tests have
+  // to be asked. The byte behind the word is read as well: behind a text stands a zero byte.
 
   /// No test succeeds for a bracket.
   static ParserWord::Type ofDelimiter(char byte) {
