@@ -95,7 +95,7 @@ TEST(WordCutterTest, RandomTextsAreCutAndClassifiedAsByteByByte) {
 
 TEST(WordCutterTest, EveryByteAtEveryPlaceOfAWordIsCutAndClassifiedAsByteByByte) {
   for (const char* const word :
-       {"name", "-12.5e3", "\"text\"", "a_name_of_17_byte", "yes", "0x0A"}) {
+       {"name", "-12.5e3", "\"text\"", "a_name_of_17_byte", "yes", "0x0A", "<empty>"}) {
     for (unsigned long place = 0; place <= std::string(word).size(); ++place) {
       for (int byte = 0; byte < 256; ++byte) {
         checkText(std::string(word).insert(place, 1, static_cast<char>(byte)) + " 1\n");

@@ -7,7 +7,10 @@
 #include "WordClassifier.h"
 #include "WordScan.h"
 
+#include <cstddef>
+#include <cstring>
 #include <string>
+#include <string_view>
 
 namespace Quarry {
 
@@ -90,6 +93,7 @@ class WordCutter {
     if (isByteOf(*at, BYTE_DELIMITER)) return cutDelimiter(at);
     if (*at == '"') return cutString(at);
     if (*at == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at, at + 1);
+    if (*at == '<') return cutEmptyTag(at);
     return *at == '_' ? cutName(at) : cutOther(at);
   }
 
@@ -122,6 +126,14 @@ class WordCutter {
     if (*quote != '"' || !isStop(quote + 1)) return cutOther(at);
     word.type = ParserWord::WORD_STRING;
     return quote + 1;
+  }
+
+  [[gnu::always_inline]] const char* cutEmptyTag(const char* at) {
+    constexpr std::string_view TAG = "<empty>";
+    const char* stop = at + TAG.size();
+    if (std::memcmp(at, TAG.data(), TAG.size()) != 0 || !isStop(stop)) return cutOther(at);
+    word.type = ParserWord::WORD_EMPTYTAG;
+    return stop;
   }
 
   static bool isStop(const char* at) {
