@@ -289,14 +289,13 @@ class ItemPrinter(ListPrinter):
 
 
 class ItemList:
-    """A list of pointers to items: a vector begins with where its elements begin and end."""
+    """A list of pointers to items."""
 
     def __init__(self, address):
-        begin, end = read_word(address, 0), read_word(address, 1)
-        pointer = gdb.lookup_type('Quarry::ParserItem').pointer()
-        self.count = (end - begin) // pointer.sizeof
-        self.first = gdb.Value(begin).cast(pointer.pointer())
-        if end < begin or (end - begin) % pointer.sizeof:
+        pointer = gdb.lookup_type('Quarry::detail::ItemList').pointer()
+        value = gdb.Value(address).cast(pointer).dereference()
+        self.first, self.count = value['places'], int(value['count'])
+        if self.count > int(value['capacity']):
             raise ValueError('no list of items')
 
     def __iter__(self):

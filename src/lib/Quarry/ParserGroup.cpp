@@ -118,7 +118,7 @@ unsigned long ParserGroup::scanItems(std::string_view wanted, unsigned long inde
   const auto isWanted = [wanted, key](const ParserItem* item) {
     return item != nullptr && item->name.is(wanted, key);
   };
-  ParserItem* const* const begin = items.data();
+  ParserItem* const* const begin = items.begin();
   ParserItem* const* const end = begin + plainCount;
   ParserItem* const* at = begin + index;
   for (ParserItem* const* near = end - std::min(AHEAD, end - at); at != near; ++at) {
@@ -167,11 +167,6 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
 }
 
 // --- The lists -----------------------------------------------------------------------------------
-
-void ParserGroup::growItems() {
-  constexpr std::size_t FIRST_ITEMS = 4;
-  items.reserve(std::max(FIRST_ITEMS, 2 * items.size()));
-}
 
 /// Enters the item that comes to stand at `position`, the end of `items`, in a list of positions.
 void ParserGroup::enter(const ParserItem& item, unsigned long position) {

@@ -209,7 +209,6 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group,
                                           bool folding);
   QUARRY_HIDDEN void removeLastItem();
-  QUARRY_HIDDEN void growItems();
   QUARRY_HIDDEN void enter(const ParserItem& item, unsigned long position);
   QUARRY_HIDDEN void leave(const ParserItem& item) noexcept;
   QUARRY_HIDDEN Positions& makePositions();

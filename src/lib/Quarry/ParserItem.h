@@ -357,6 +357,7 @@ class QUARRY_EXPORT ParserItem {
 
     std::uint8_t form() const { return static_cast<std::uint8_t>(place.bytes[SIZE - 1]); }
     void setForm(unsigned long form) { place.bytes[SIZE - 1] = static_cast<char>(form); }
+    QUARRY_HIDDEN static void copyHalf(const char* from, const unsigned char* mask, char* to);
     QUARRY_HIDDEN void hold(std::string_view text);
     QUARRY_HIDDEN void setBlock(char* bytes, std::string_view text);
     QUARRY_HIDDEN void holdString(std::string text);

@@ -8,6 +8,13 @@
 #include <Plinth/VectorCollection.h>
 #include <Quarry/ParserItem.h>
 
+#include "internal/TreeParts.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <new>
+#include <utility>
+
 namespace Quarry {
 
 namespace {
@@ -54,6 +61,26 @@ ParserItems filter(Plinth::Collection<ParserItem*> collection,
 }
 
 }  // namespace
+
+// --- The list ------------------------------------------------------------------------------------
+
+void detail::ItemList::reserve(std::size_t wanted) {
+  if (wanted <= capacity) return;
+  if (wanted > UINT32_MAX) throw std::bad_alloc();
+  auto* list = static_cast<ParserItem**>(SlabHeap::allocate(wanted * sizeof(ParserItem*)));
+  std::copy(begin(), end(), list);
+  freePlaces();
+  places = list;
+  capacity = static_cast<std::uint32_t>(wanted);
+}
+
+void detail::ItemList::swap(ItemList& other) noexcept {
+  std::swap(places, other.places);
+  std::swap(count, other.count);
+  std::swap(capacity, other.capacity);
+}
+
+// --- The collections -----------------------------------------------------------------------------
 
 ParserItems ParserItems::select(const detail::ItemList& items) {
   using View = Plinth::VectorCollection<ParserItem*, detail::ItemList>::Driver;

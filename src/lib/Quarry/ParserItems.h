@@ -6,6 +6,7 @@
 #include <Quarry/Export.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace Plinth {
@@ -19,30 +20,53 @@ class ParserItem;
 
 namespace detail {
 
-/// Gets the memory of a list where items have theirs. For the library's own use.
-template <class T>
-struct ListAllocator {
-  using value_type = T;
+/// The items of a group, or null where an item was detached: a vector of pointers that lies where
+/// items do and is half as long in itself, because most groups are small and there are many. It
+/// does not own the items. For the library's own use.
+class ItemList {
+ public:
+  using const_iterator = ParserItem* const*;
 
-  ListAllocator() = default;
-  template <class Other>
-  ListAllocator(const ListAllocator<Other>&) noexcept {}
+  ItemList() noexcept = default;
+  ItemList(const ItemList&) = delete;
+  ItemList& operator=(const ItemList&) = delete;
+  ~ItemList() { freePlaces(); }
 
-  T* allocate(std::size_t count);
-  void deallocate(T* list, std::size_t count) noexcept;
+  const_iterator begin() const { return places; }
+  const_iterator end() const { return places + count; }
+  std::size_t size() const { return count; }
+  bool empty() const { return count == 0; }
+  bool isFull() const { return count == capacity; }
 
-  template <class Other>
-  bool operator==(const ListAllocator<Other>&) const noexcept {
-    return true;
+  ParserItem*& operator[](std::size_t index) { return places[index]; }
+  ParserItem* operator[](std::size_t index) const { return places[index]; }
+  ParserItem* front() const { return places[0]; }
+  ParserItem* back() const { return places[count - 1]; }
+
+  /// Adds an item, for which there is a place.
+  void add(ParserItem* item) { places[count++] = item; }
+
+  void push_back(ParserItem* item) {
+    if (isFull()) grow();
+    add(item);
   }
-  template <class Other>
-  bool operator!=(const ListAllocator<Other>&) const noexcept {
-    return false;
-  }
+  void pop_back() { --count; }
+  void clear() { count = 0; }
+
+  /// Makes room for so many items in all. Throws `std::bad_alloc`.
+  QUARRY_HIDDEN void reserve(std::size_t wanted);
+  /// Makes room for further items, so that adding one takes the same time on average. Throws
+  /// `std::bad_alloc`.
+  QUARRY_HIDDEN void grow();
+  QUARRY_HIDDEN void swap(ItemList& other) noexcept;
+
+ private:
+  QUARRY_HIDDEN void freePlaces() noexcept;
+
+  ParserItem** places = nullptr;
+  std::uint32_t count = 0;
+  std::uint32_t capacity = 0;
 };
-
-/// The items of a group.
-using ItemList = std::vector<ParserItem*, ListAllocator<ParserItem*>>;
 
 }  // namespace detail
 

@@ -22,18 +22,14 @@ namespace Quarry {
 
 // --- Lists ---------------------------------------------------------------------------------------
 
-/// All lists are of pointers.
-constexpr std::size_t POINTER_SIZE = sizeof(void*);
-
-template <class T>
-inline T* detail::ListAllocator<T>::allocate(std::size_t count) {
-  if (count > static_cast<std::size_t>(-1) / POINTER_SIZE) throw std::bad_alloc();
-  return static_cast<T*>(SlabHeap::allocate(count * POINTER_SIZE));
+inline void detail::ItemList::freePlaces() noexcept {
+  SlabHeap::free(places, capacity * sizeof(ParserItem*));
 }
 
-template <class T>
-inline void detail::ListAllocator<T>::deallocate(T* list, std::size_t count) noexcept {
-  SlabHeap::free(list, count * POINTER_SIZE);
+/// Few groups have more than FIRST items.
+inline void detail::ItemList::grow() {
+  constexpr std::size_t FIRST = 4;
+  reserve(std::max(FIRST, 2 * size()));
 }
 
 // --- Values --------------------------------------------------------------------------------------
@@ -81,24 +77,30 @@ inline ParserItem::Name::Name(std::string_view text, const char* readable) {
       bytes[i] = 0xFF;
     return bytes;
   }();
-  using Words = std::array<std::uint64_t, SIZE / sizeof(std::uint64_t)>;
   if (text.size() > LONGEST_SHORT) {
     hold(text);
     return;
   }
   if (static_cast<std::size_t>(readable - text.data()) >= SIZE) {
-    Words words;
-    Words mask;
-    std::memcpy(&words, text.data(), SIZE);
-    std::memcpy(&mask, KEPT.data() + SIZE - text.size(), SIZE);
-    for (std::size_t i = 0; i < words.size(); ++i)
-      words[i] &= mask[i];
-    std::memcpy(place.bytes, &words, SIZE);
+    const unsigned char* mask = KEPT.data() + SIZE - text.size();
+    copyHalf(text.data(), mask, place.bytes);
+    copyHalf(text.data() + HALF, mask + HALF, place.bytes + HALF);
   } else {
     std::memset(place.bytes, 0, SIZE);
     text.copy(place.bytes, LONGEST_SHORT);
   }
   setForm(text.size());
+}
+
+/// Copies the bytes of half a name where the mask has bits.
+inline void ParserItem::Name::copyHalf(const char* from, const unsigned char* mask, char* to) {
+  std::uint64_t bytes = 0;
+  std::uint64_t kept = 0;
+  static_assert(sizeof(bytes) == HALF);
+  std::memcpy(&bytes, from, HALF);
+  std::memcpy(&kept, mask, HALF);
+  bytes &= kept;
+  std::memcpy(to, &bytes, HALF);
 }
 
 inline std::uint32_t ParserItem::saturate(unsigned long number) {
@@ -177,7 +179,7 @@ inline ParserGroup* ParserGroup::makeNested() {
 
 /// As `delete`, within the library.
 inline void ParserGroup::destroy(ParserGroup* group) noexcept {
-  group->~ParserGroup();
+  std::destroy_at(group);
   SlabHeap::free(group, sizeof(ParserGroup));
 }
 
@@ -194,13 +196,12 @@ inline void ParserGroup::adopt(ParserItem* item) {
 /// When memory runs out the group is as before and the item is still the caller's.
 inline void ParserGroup::append(ParserItem* item) {
   const std::size_t position = items.size();
-  if (position == items.capacity()) growItems();
+  if (items.isFull()) items.grow();
   const bool isNextPlain =
       item->type == ParserItem::ITEM_PLAIN && position == plainCount && positions == nullptr;
   if (!isNextPlain) enter(*item, position);
   plainCount += isNextPlain ? 1 : 0;
-  if (items.size() == items.capacity()) __builtin_unreachable();  // so that it is asked once
-  items.push_back(item);
+  items.add(item);
 }
 
 }  // namespace Quarry

@@ -24,7 +24,7 @@ void TreeRemover::removeItems(detail::ItemList& items) {
 /// Removes items in the order of the document, which is the one in which they lie in memory: the
 /// group waits while one in it is removed.
 void TreeRemover::removeGroup(ParserGroup& group) {
-  ParserItem** items = group.items.data();
+  const detail::ItemList::const_iterator items = group.items.begin();
   const unsigned long count = group.items.size();
   for (unsigned long i = group.removedItems; i < count; ++i) {
     removeItem(items[i]);
