@@ -17,7 +17,20 @@ namespace Quarry {
 
 namespace {
 
-void warn(const std::string& message) { Plinth::console.warning(message, std::string()); }
+constexpr std::size_t USUAL_DEPTH = 16;
+
+// What is told of broken data, kept out of the functions that read it: it is for little data and
+// would burden all.
+
+[[gnu::noinline]] void warn(std::string (*message)()) {
+  Plinth::console.warning(message(), std::string());
+}
+
+[[gnu::noinline]] void tellOfChunk(std::string_view name, std::uint64_t length,
+                                   unsigned long size) {
+  Plinth::console.print(Messages::chunkLargerThanData(std::string(name), length, size),
+                        std::string());
+}
 
 }  // namespace
 
@@ -31,47 +44,53 @@ BinaryReader::BinaryReader(const std::vector<char>& source, unsigned long& posit
 
 // --- Trees ---------------------------------------------------------------------------------------
 
-bool BinaryReader::readGroup(ParserGroup& group) { return openGroup(group) && run(); }
+bool BinaryReader::readGroup(ParserGroup& group) {
+  outerLevels.reserve(USUAL_DEPTH);
+  return openGroup(group) && run();
+}
 
 bool BinaryReader::readItem(ParserItem& item) {
-  Level level;
-  level.item = &item;
-  if (!openFrame(item.name.get(), level.itemEnd)) return false;
-  levels.push_back(level);
+  Level inner;
+  if (!openFrame(item.name.get(), inner.itemEnd)) return false;
+  inner.item = &item;
+  open(inner);
   return run();
 }
 
 std::unique_ptr<ParserValue> BinaryReader::readValue() {
   if (!has(TAG_BYTES)) return nullptr;
   const auto tag = static_cast<unsigned char>(bytes[pos++]);
-  std::unique_ptr<ParserValue> value;
-  readPayload(tag, [&value](auto&&... content) {
-    value.reset(new ParserValue(std::forward<decltype(content)>(content)...));
-  });
-  if (value != nullptr && value->isGroup()) readGroup(*value->getGroup());
+  const auto free = [](void* memory) { ::operator delete(memory); };
+  std::unique_ptr<void, decltype(free)> place(::operator new(sizeof(ParserValue)), free);
+  if (!readPayload(tag, place.get())) return nullptr;
+  std::unique_ptr<ParserValue> value(static_cast<ParserValue*>(place.release()));
+  if (value->isGroup()) readGroup(*value->getGroup());
   return value;
 }
 
 /// A failure ends one level. Only the outermost one decides the result.
 bool BinaryReader::run() {
-  Step result = Step::GOES_ON;
-  while (!levels.empty()) {
-    result = step();
-    if (result == Step::BROKEN) dropItem();
-    if (result != Step::GOES_ON) levels.pop_back();
+  Stop stop = Stop::AT_GROUP;
+  while (!outerLevels.empty()) {
+    stop = readLevel();
+    if (stop == Stop::AT_GROUP) continue;
+    if (stop == Stop::BROKEN) dropItem();
+    level = outerLevels.back();
+    outerLevels.pop_back();
   }
-  return result == Step::COMPLETE;
+  return stop == Stop::AT_END;
 }
 
-BinaryReader::Step BinaryReader::step() {
-  return levels.back().item == nullptr ? openNextItem() : readValues();
+void BinaryReader::open(const Level& inner) {
+  outerLevels.push_back(level);
+  level = inner;
 }
 
 /// group = size , { item } ;
 bool BinaryReader::openGroup(ParserGroup& group) {
   unsigned long length = 0;
   if (!readGroupSize(length)) return false;
-  levels.push_back({&group, pos + length, nullptr, 0});
+  open({&group, pos + length, nullptr, 0});
   return true;
 }
 
@@ -79,7 +98,7 @@ bool BinaryReader::readGroupSize(unsigned long& length) {
   const bool hasSize = has(SIZE_BYTES);
   length = readSize();
   if (hasSize && has(length)) return true;
-  warn(Messages::groupLargerThanData());
+  warn(Messages::groupLargerThanData);
   return false;
 }
 
@@ -89,23 +108,36 @@ void BinaryReader::leaveOutGroup() {
   if (readGroupSize(length)) pos += length;
 }
 
+/// Reads on in the innermost level, up to its end or to a group in it, which is then the innermost.
+BinaryReader::Stop BinaryReader::readLevel() {
+  while (true) {
+    if (level.item == nullptr) {
+      if (pos >= level.groupEnd) return Stop::AT_END;
+      if (!openNextItem()) return Stop::BROKEN;
+    }
+    const Stop stop = readValues();
+    if (stop != Stop::AT_END) return stop;
+    level.item = nullptr;
+    if (level.group == nullptr) return Stop::AT_END;
+  }
+}
+
 /// item = name , size , kind , { value } ;
 ///
 /// The binary form does not tell plain items from keywords, so the item is in neither index.
-BinaryReader::Step BinaryReader::openNextItem() {
-  Level& level = levels.back();
-  if (pos >= level.groupEnd) return Step::COMPLETE;
+bool BinaryReader::openNextItem() {
   const std::string_view name = readString();
   if (name.empty()) {
-    warn(Messages::itemNameNotRead());
-    return Step::BROKEN;
+    warn(Messages::itemNameNotRead);
+    return false;
   }
-  if (!openFrame(name, level.itemEnd)) return Step::BROKEN;
-  std::unique_ptr<ParserItem> item(ParserItem::make(name, bytes + size, ParserItem::ITEM_PLAIN,
-                                                    {0, 0}, guessValues(level.itemEnd)));
-  level.group->items.push_back(item.get());
-  level.item = item.release();
-  return Step::GOES_ON;
+  if (!openFrame(name, level.itemEnd)) return false;
+  detail::ItemList& items = level.group->items;
+  if (items.isFull()) items.grow();
+  level.item = ParserItem::make(name, bytes + size, ParserItem::ITEM_PLAIN, {0, 0},
+                                guessValues(level.itemEnd));
+  items.add(level.item);
+  return true;
 }
 
 /// The size is compared with all of the data, not with what is left: readers have always done so,
@@ -115,8 +147,7 @@ bool BinaryReader::openFrame(std::string_view name, unsigned long& frameEnd) {
   const std::uint64_t length = readNumber<SIZE_BYTES>();
   if (!hasSize) return false;
   if (length > size) {
-    Plinth::console.print(Messages::chunkLargerThanData(std::string(name), length, size),
-                          std::string());
+    tellOfChunk(name, length, size);
     return false;
   }
   if (!has(KIND_BYTES)) return false;
@@ -139,32 +170,26 @@ unsigned long BinaryReader::guessValues(unsigned long frameEnd) const {
   }
 }
 
-/// Reads the values of the current item, up to a group that has to be read first.
-BinaryReader::Step BinaryReader::readValues() {
-  Level& level = levels.back();
+/// Reads the values of the current item, up to its end or to a group.
+BinaryReader::Stop BinaryReader::readValues() {
   ParserItem& item = *level.item;
-  const auto append = [&item](auto&&... content) {
-    ::new (item.nextPlace()) ParserValue(std::forward<decltype(content)>(content)...);
-    ++item.count;
-  };
   while (pos < level.itemEnd) {
-    if (!has(TAG_BYTES)) return Step::BROKEN;
+    if (!has(TAG_BYTES)) return Stop::BROKEN;
     const auto tag = static_cast<unsigned char>(bytes[pos++]);
-    if (tag == ParserValue::TYPE_GROUP && levels.size() > deepest) {
+    if (tag == ParserValue::TYPE_GROUP && outerLevels.size() > deepest) {
       leaveOutGroup();
       continue;
     }
-    if (!readPayload(tag, append)) return Step::BROKEN;
+    if (!readPayload(tag, item.nextPlace())) return Stop::BROKEN;
+    ++item.count;
     if (tag != ParserValue::TYPE_GROUP) continue;
-    if (openGroup(*item.end()[-1].getGroup())) return Step::GOES_ON;
+    if (openGroup(*item.end()[-1].getGroup())) return Stop::AT_GROUP;
   }
-  level.item = nullptr;
-  return level.group == nullptr ? Step::COMPLETE : Step::GOES_ON;
+  return Stop::AT_END;
 }
 
 /// Takes the item that is broken out of its group; the caller's own item stays as it is.
 void BinaryReader::dropItem() {
-  const Level& level = levels.back();
   if (level.group == nullptr || level.item == nullptr) return;
   level.group->items.pop_back();
   delete level.item;
@@ -172,43 +197,54 @@ void BinaryReader::dropItem() {
 
 // --- Values --------------------------------------------------------------------------------------
 
-/// Makes a value of a number. Where the number is cut short, moves to the end and returns false.
-template <unsigned long COUNT, class Make, class Convert>
-bool BinaryReader::makeNumber(Make make, Convert convert) {
+/// Reads a number as readNumber() does, and tells whether it was there.
+template <unsigned long COUNT>
+bool BinaryReader::readWhole(std::uint64_t& number) {
   const bool isWhole = has(COUNT);
-  const std::uint64_t bits = readNumber<COUNT>();
-  if (isWhole) make(convert(bits));
+  number = readNumber<COUNT>();
   return isWhole;
 }
 
-/// Makes a value of a block.
-template <class Make>
-void BinaryReader::makeBlock(Make make) {
-  unsigned long count = 0;
-  std::unique_ptr<char[]> block = readBlock(count);
-  make(ParserValue::makeBlock(std::move(block), count));
-}
-
-/// Reads what stands behind a tag and makes a value of it; false where there is none. Of a group
-/// nothing is read yet: it is made empty.
-template <class Make>
-bool BinaryReader::readPayload(unsigned char tag, Make make) {
+/// Reads what stands behind a tag and makes a value of it at `place`; false where there is none, or
+/// a number is cut short. Of a group nothing is read yet: it is made empty.
+[[gnu::always_inline]] inline bool BinaryReader::readPayload(unsigned char tag, void* place) {
+  const auto makeData = [place](ParserValue::Type type) -> ParserValue::Data& {
+    return (::new (place) ParserValue(ParserValue::Form::DATA, type))->content.data;
+  };
+  std::uint64_t number = 0;
   switch (tag) {
-    case ParserValue::TYPE_GROUP: make(nullptr); return true;
-    case ParserValue::TYPE_BOOL:
-      return makeNumber<BOOL_BYTES>(make, [](std::uint64_t bits) { return bits != 0; });
-    case ParserValue::TYPE_CHAR:
-      return makeNumber<CHAR_BYTES>(make,
-                                    [](std::uint64_t bits) { return static_cast<char>(bits); });
-    case ParserValue::TYPE_INT:
-      return makeNumber<INT_BYTES>(make, [](std::uint64_t bits) { return static_cast<int>(bits); });
-    case ParserValue::TYPE_DOUBLE: return makeNumber<DOUBLE_BYTES>(make, toDouble);
-    case ParserValue::TYPE_STRING:
-      make(ParserValue::Form::DATA, ParserValue::TYPE_STRING, readString(), bytes + size);
+    case ParserValue::TYPE_GROUP:
+      ::new (place) ParserValue(ParserValue::Form::TEXT, ParserGroup::makeNested());
       return true;
-    case ParserValue::TYPE_BINARYDATA: makeBlock(make); return true;
+    case ParserValue::TYPE_BOOL:
+      if (!readWhole<BOOL_BYTES>(number)) return false;
+      makeData(ParserValue::TYPE_BOOL).boolean = number != 0;
+      return true;
+    case ParserValue::TYPE_CHAR:
+      if (!readWhole<CHAR_BYTES>(number)) return false;
+      makeData(ParserValue::TYPE_CHAR).character = static_cast<char>(number);
+      return true;
+    case ParserValue::TYPE_INT:
+      if (!readWhole<INT_BYTES>(number)) return false;
+      makeData(ParserValue::TYPE_INT).integer = static_cast<int>(number);
+      return true;
+    case ParserValue::TYPE_DOUBLE:
+      if (!readWhole<DOUBLE_BYTES>(number)) return false;
+      makeData(ParserValue::TYPE_DOUBLE).number = toDouble(number);
+      return true;
+    case ParserValue::TYPE_STRING:
+      ::new (place) ParserValue(ParserValue::Form::DATA, ParserValue::TYPE_STRING, readString(),
+                                bytes + size);
+      return true;
+    case ParserValue::TYPE_BINARYDATA: makeBlock(place); return true;
     default: return false;
   }
+}
+
+void BinaryReader::makeBlock(void* place) {
+  unsigned long count = 0;
+  std::unique_ptr<char[]> block = readBlock(count);
+  ::new (place) ParserValue(ParserValue::makeBlock(std::move(block), count));
 }
 
 // --- Numbers and bytes ---------------------------------------------------------------------------
@@ -218,8 +254,8 @@ std::string_view BinaryReader::readString() {
   const char* end = findAnyOf<'\0'>(begin, bytes + size);
   if (end == bytes + size) {
     pos = size;
-    warn(Messages::stringNotRead());
-    return {end, static_cast<unsigned long>(bytes + size - end)};
+    warn(Messages::stringNotRead);
+    return {bytes + size, 0};
   }
   const auto length = static_cast<unsigned long>(end - begin);
   pos += length + 1;
@@ -232,7 +268,7 @@ std::unique_ptr<char[]> BinaryReader::readBlock(unsigned long& count) {
   if (!has(count)) {
     pos = size;
     count = 0;
-    warn(Messages::blockNotRead());
+    warn(Messages::blockNotRead);
     return nullptr;
   }
   std::unique_ptr<char[]> block(new char[count]);

@@ -90,24 +90,23 @@ class BinaryReader {
     unsigned long itemEnd = 0;     ///< where the item's frame ends
   };
 
-  /// How a step ended for the innermost level.
-  enum class Step { GOES_ON, COMPLETE, BROKEN };
+  /// Why reading in the innermost level stopped.
+  enum class Stop { AT_GROUP, AT_END, BROKEN };
 
   bool run();
-  Step step();
+  void open(const Level& inner);
   bool openGroup(ParserGroup& group);
   bool readGroupSize(unsigned long& length);
   void leaveOutGroup();
-  Step openNextItem();
+  Stop readLevel();
+  bool openNextItem();
   bool openFrame(std::string_view name, unsigned long& frameEnd);
   unsigned long guessValues(unsigned long frameEnd) const;
-  Step readValues();
-  template <class Make>
-  bool readPayload(unsigned char tag, Make make);
-  template <unsigned long COUNT, class Make, class Convert>
-  bool makeNumber(Make make, Convert convert);
-  template <class Make>
-  void makeBlock(Make make);
+  Stop readValues();
+  bool readPayload(unsigned char tag, void* place);
+  void makeBlock(void* place);
+  template <unsigned long COUNT>
+  bool readWhole(std::uint64_t& number);
   void dropItem();
 
   /// Tells whether `count` bytes are left.
@@ -119,7 +118,8 @@ class BinaryReader {
   unsigned long& callersPosition;
   const unsigned long deepest;
   bool hasLeftOut = false;
-  std::vector<Level> levels;
+  Level level;  ///< the innermost one
+  std::vector<Level> outerLevels;
 };
 
 }  // namespace Quarry

@@ -26,10 +26,12 @@ inline void detail::ItemList::freePlaces() noexcept {
   SlabHeap::free(places, capacity * sizeof(ParserItem*));
 }
 
-/// Few groups have more than FIRST items.
+/// Few groups have more than FIRST items, and for all others this is all there is to do.
 inline void detail::ItemList::grow() {
-  constexpr std::size_t FIRST = 4;
-  reserve(std::max(FIRST, 2 * size()));
+  constexpr std::uint32_t FIRST = 4;
+  if (capacity > 0) return reserve(2 * size());
+  places = static_cast<ParserItem**>(SlabHeap::allocate(FIRST * sizeof(ParserItem*)));
+  capacity = FIRST;
 }
 
 // --- Values --------------------------------------------------------------------------------------
