@@ -6,6 +6,7 @@
 #include <locale.h>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
@@ -19,7 +20,6 @@ using namespace std::string_view_literals;
 using Quarry::beginsWithDouble;
 using Quarry::beginsWithInt;
 using Quarry::readDouble;
-using Quarry::readInteger;
 
 namespace {
 
@@ -61,24 +61,40 @@ bool areSame(double first, double second) {
   return first == second && std::signbit(first) == std::signbit(second);
 }
 
+long long readInteger(std::string_view text) {
+  return Quarry::readInteger(text, text.data() + text.size());
+}
+
 /// Compares all four with the C library. Digits stand behind the text, which a reading beyond its
 /// end would meet.
-testing::AssertionResult agrees(const std::string& text) {
-  const std::string padded = text + "77";
+/// @param spare how many of them may be read
+testing::AssertionResult agrees(const std::string& text, std::size_t spare) {
+  const std::string padded = text + std::string(spare + 2, '7');
   const std::string_view view(padded.data(), text.size());
+  const char* readable = view.data() + text.size() + spare;
   if (beginsWithInt(view) != scanInt(text)) {
     return testing::AssertionFailure() << "%d: " << testing::PrintToString(text);
   }
   if (beginsWithDouble(view) != scanDouble(text)) {
     return testing::AssertionFailure() << "%lf: " << testing::PrintToString(text);
   }
-  if (readInteger(view) != readWithStrtoll(text)) {
+  if (Quarry::readInteger(view, readable) != readWithStrtoll(text)) {
     return testing::AssertionFailure() << "strtoll: " << testing::PrintToString(text);
   }
-  if (!areSame(readDouble(view), std::strtod(text.c_str(), nullptr))) {
+  if (!areSame(readDouble(view, readable), std::strtod(text.c_str(), nullptr))) {
     return testing::AssertionFailure() << "strtod: " << testing::PrintToString(text);
   }
   return testing::AssertionSuccess();
+}
+
+/// Compares with as much to read behind the text as there is in a value, and with nothing.
+testing::AssertionResult agrees(const std::string& text) {
+  constexpr std::size_t ROOM = 24;
+  if (text.size() < ROOM) {
+    const testing::AssertionResult result = agrees(text, ROOM - text.size());
+    if (!result) return result;
+  }
+  return agrees(text, 0);
 }
 
 // --- Words ---------------------------------------------------------------------------------------
@@ -162,6 +178,33 @@ TEST(NumberTextTest, AMillionDecimalsAreReadLikeTheCLibraryDoes) {
     std::string text = std::to_string(random() >> (random() % 64));
     text.insert(static_cast<std::size_t>(random() % (text.size() + 1)), ".");
     ASSERT_TRUE(agrees((i % 2 == 0 ? "-" : "") + text));
+  }
+}
+
+TEST(NumberTextTest, NumbersHalfwayBetweenTwoDoublesAndBesideAreReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  std::mt19937_64 random(22);
+  for (int i = 0; i < 100'000; ++i) {
+    const std::uint64_t whole =
+        (1ULL << 50) + random() % (3ULL << 50);  // 0.125 is half a step here
+    const std::uint64_t eighths = 1 + 2 * (random() % 4);
+    const std::uint64_t digits = whole * 1000 + eighths * 125;
+    for (const std::uint64_t beside : {digits - 1, digits, digits + 1}) {
+      std::string text = std::to_string(beside);
+      ASSERT_TRUE(agrees(text));
+      ASSERT_TRUE(agrees("-" + text.insert(text.size() - 3, ".")));
+    }
+  }
+}
+
+TEST(NumberTextTest, APointAtEveryPlaceOfUpToTwentyDigitsIsReadLikeTheCLibraryDoes) {
+  const ClassicLocale classic;
+  const std::string digits = "12345678909876543210";
+  for (std::size_t length = 1; length <= digits.size(); ++length) {
+    for (std::size_t place = 0; place <= length; ++place) {
+      for (const char* behind : {"", "e5", "x", "."})
+        ASSERT_TRUE(agrees(digits.substr(0, length).insert(place, ".") + behind));
+    }
   }
 }
 

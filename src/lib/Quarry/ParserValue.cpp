@@ -211,12 +211,14 @@ void ParserValue::makeValue() const {
 /// Makes the data of a number or bool from its text.
 ParserValue::Data ParserValue::convert() const {
   const std::string_view text = getBytes();
+  const bool isInline = textLength <= CONTENT_TEXT;
+  const char* readable = isInline ? inlineText() + CONTENT_TEXT : text.data() + text.size();
   Data data;
   switch (type) {
     case TYPE_BOOL: data.boolean = text == "yes"; break;
-    case TYPE_CHAR: data.character = lowByte(readInteger(text)); break;
-    case TYPE_INT: data.integer = static_cast<int>(readInteger(text)); break;
-    default: data.number = readDouble(text); break;
+    case TYPE_CHAR: data.character = lowByte(readInteger(text, readable)); break;
+    case TYPE_INT: data.integer = static_cast<int>(readInteger(text, readable)); break;
+    default: data.number = readDouble(text, readable); break;
   }
   return data;
 }
