@@ -240,7 +240,7 @@ class ListPrinter(Printer):
 
 class ItemPrinter(ListPrinter):
     KINDS = ['item', 'keyword', 'call']
-    BLOCK_NAME, STRING_NAME = 0xFE, 0xFF
+    LONGER_NAME, STRING_NAME = 0x7F, 0x80
 
     def describe(self):
         kind = int(self.value['type'])
@@ -256,9 +256,9 @@ class ItemPrinter(ListPrinter):
         """Where the name is, and how long."""
         address = address_of(self.value['name'])
         form = Value.read(address + 15, 'unsigned char')
-        if form == self.STRING_NAME:
+        if form & self.STRING_NAME:
             return string_at(read_word(address))
-        if form == self.BLOCK_NAME:
+        if form == self.LONGER_NAME:
             return read_word(address), Value.read(address + 8, 'unsigned int')
         if form > 15:
             raise ValueError('no length of a name: {}'.format(form))

@@ -113,19 +113,13 @@ ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long ind
 
 /// Returns the index of that item, or plainCount, where the list begins with the plain items.
 unsigned long ParserGroup::scanItems(std::string_view wanted, unsigned long index) const {
-  constexpr std::ptrdiff_t AHEAD = 12;  ///< items; their names come from memory in the meantime
   const ParserItem::Name key = ParserItem::Name::makeKey(wanted);
-  const auto isWanted = [wanted, key](const ParserItem* item) {
+  const auto isWanted = [wanted, &key](const ParserItem* item) {
     return item != nullptr && item->name.is(wanted, key);
   };
-  ParserItem* const* const begin = items.begin();
-  ParserItem* const* const end = begin + plainCount;
-  ParserItem* const* at = begin + index;
-  for (ParserItem* const* near = end - std::min(AHEAD, end - at); at != near; ++at) {
-    __builtin_prefetch(at[AHEAD]);
-    if (isWanted(*at)) break;
-  }
-  return static_cast<unsigned long>(std::find_if(at, end, isWanted) - begin);
+  const auto begin = items.begin();
+  const auto end = begin + plainCount;
+  return static_cast<unsigned long>(std::find_if(begin + index, end, isWanted) - begin);
 }
 
 /// The same, where it does not.

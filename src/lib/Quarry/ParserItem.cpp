@@ -85,53 +85,52 @@ void ParserItem::copyDetails(const ParserItem& other) {
 
 /// One that is too long for a block's length is made a string at once.
 void ParserItem::Name::hold(std::string_view text) {
+  describeLonger(text);
   if (text.size() > UINT32_MAX) return holdString(std::string(text));  // LCOV_EXCL_LINE: of 4 GiB
-  char* bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
-  std::memcpy(bytes, text.data(), text.size());
-  setBlock(bytes, text);
+  place.block.bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
+  std::memcpy(place.block.bytes, text.data(), text.size());
 }
 
 void ParserItem::Name::holdString(std::string text) {
-  place.string = ::new (SlabHeap::allocate(sizeof(std::string))) std::string(std::move(text));
-  setForm(STRING);
+  place.block.string = ::new (SlabHeap::allocate(sizeof(std::string))) std::string(std::move(text));
+  setForm(form() | STRING);
 }
 
-void ParserItem::Name::setBlock(char* bytes, std::string_view text) {
-  place.block.bytes = bytes;
+/// Makes the second half.
+void ParserItem::Name::describeLonger(std::string_view text) {
   place.block.length = static_cast<std::uint32_t>(text.size());
   std::memcpy(place.block.tail, text.data() + text.size() - TAIL, TAIL);
-  setForm(BLOCK);
+  setForm(LONGER);
 }
 
 ParserItem::Name ParserItem::Name::makeKey(std::string_view text) {
   if (text.size() <= LONGEST_SHORT) return {text, text.data() + text.size()};
   Name key;
-  key.setBlock(nullptr, text);
+  key.describeLonger(text);
   return key;
 }
 
 void ParserItem::Name::free() noexcept {
-  if (form() == BLOCK) SlabHeap::free(place.block.bytes, place.block.length);
-  if (form() != STRING) return;
-  std::destroy_at(place.string);
-  SlabHeap::free(place.string, sizeof(std::string));
+  if (form() == LONGER) SlabHeap::free(place.block.bytes, place.block.length);
+  if (!isString()) return;
+  std::destroy_at(place.block.string);
+  SlabHeap::free(place.block.string, sizeof(std::string));
 }
 
 const std::string& ParserItem::Name::getString() {
-  if (isString()) return *place.string;
+  if (isString()) return *place.block.string;
   Name before = *this;
   holdString(std::string(get()));
   before.free();
-  return *place.string;
+  return *place.block.string;
 }
 
 /// A string stays the object that it is: callers may hold on to it.
 void ParserItem::Name::exchange(Name& other) noexcept {
-  if (isString()) {
-    place.string->swap(*other.place.string);
-  } else {
-    std::swap(place, other.place);
-  }
+  std::swap(place, other.place);
+  if (!isString()) return;
+  std::swap(place.block.string, other.place.block.string);
+  place.block.string->swap(*other.place.block.string);
 }
 
 // --- Look ----------------------------------------------------------------------------------------

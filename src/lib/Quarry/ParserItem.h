@@ -286,8 +286,8 @@ class QUARRY_EXPORT ParserItem {
   };
 
   /// A name. Nearly all are short and lie in the item, a longer one lies in a block of its own.
-  /// When a string is asked for, the name moves into one and stays there. Whoever makes a name
-  /// frees it.
+  /// When a string is asked for, the name moves into one and stays there. Wherever it lies, the
+  /// second half tells its length and last bytes. Whoever makes a name frees it.
   struct Name {
     /// @param readable bytes up to here may be read, though not used
     QUARRY_HIDDEN Name(std::string_view text, const char* readable);
@@ -296,7 +296,7 @@ class QUARRY_EXPORT ParserItem {
     /// Good until the name changes or is made a string.
     std::string_view get() const {
       if (!ownsMemory()) return {place.bytes, form()};
-      return isString() ? std::string_view(*place.string)
+      return isString() ? std::string_view(*place.block.string)
                         : std::string_view(place.block.bytes, place.block.length);
     }
 
@@ -307,14 +307,12 @@ class QUARRY_EXPORT ParserItem {
 
     /// Tells whether this is the name `text`.
     /// @param key made by makeKey() of it
-    bool is(std::string_view text, const Name& key) const {
-      return mayBe(key) && (isShort() ? hasFirstHalf(key) : get() == text);
-    }
+    QUARRY_HIDDEN bool is(std::string_view text, const Name& key) const;
 
     /// Makes what a name is compared with. It has no memory and must not be freed.
     QUARRY_HIDDEN static Name makeKey(std::string_view text);
 
-    bool isString() const { return form() == STRING; }
+    bool isString() const { return (form() & STRING) != 0; }
     bool ownsMemory() const { return form() > LONGEST_SHORT; }
 
     /// Makes the name a string, where it is none yet.
@@ -329,37 +327,31 @@ class QUARRY_EXPORT ParserItem {
     static constexpr unsigned long HALF = SIZE / 2;
     static constexpr unsigned long TAIL = 3;
 
-    /// The last byte tells the length of a name that lies in the others, or where it lies. Bytes
-    /// of a short name that are not used are 0.
+    /// The last byte tells the length of a short name, or that the name is a longer one, and then
+    /// whether it is a string. Bytes of a short name that are not used are 0.
     static constexpr std::uint8_t LONGEST_SHORT = SIZE - 1;
-    enum Form : std::uint8_t { BLOCK = 0xFE, STRING = 0xFF };
+    static constexpr std::uint8_t LONGER = 0x7F;
+    static constexpr std::uint8_t STRING = 0x80;
 
     union Place {
       char bytes[SIZE];
       struct {
-        char* bytes;
+        union {
+          char* bytes;
+          std::string* string;
+        };
         alignas(HALF) std::uint32_t length;
-        char tail[TAIL];  ///< the last bytes, so that other names are told apart without a look
+        char tail[TAIL];  ///< the last bytes
       } block;
-      std::string* string;
     };
 
     Name() = default;
-
-    /// Most other names are told apart by the half that holds the length and the last bytes.
-    bool mayBe(const Name& key) const {
-      return std::memcmp(place.bytes + HALF, key.place.bytes + HALF, HALF) == 0 || isString();
-    }
-    bool isShort() const { return !ownsMemory(); }
-    bool hasFirstHalf(const Name& key) const {
-      return std::memcmp(place.bytes, key.place.bytes, HALF) == 0;
-    }
 
     std::uint8_t form() const { return static_cast<std::uint8_t>(place.bytes[SIZE - 1]); }
     void setForm(unsigned long form) { place.bytes[SIZE - 1] = static_cast<char>(form); }
     QUARRY_HIDDEN static void copyHalf(const char* from, const unsigned char* mask, char* to);
     QUARRY_HIDDEN void hold(std::string_view text);
-    QUARRY_HIDDEN void setBlock(char* bytes, std::string_view text);
+    QUARRY_HIDDEN void describeLonger(std::string_view text);
     QUARRY_HIDDEN void holdString(std::string text);
 
     Place place;

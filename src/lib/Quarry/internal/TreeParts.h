@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -92,6 +93,21 @@ inline ParserItem::Name::Name(std::string_view text, const char* readable) {
     text.copy(place.bytes, LONGEST_SHORT);
   }
   setForm(text.size());
+}
+
+/// Nearly all other names are told apart by the second half, whether they are strings or not.
+inline bool ParserItem::Name::is(std::string_view text, const Name& key) const {
+  constexpr std::uint8_t ALL = 0xFF;
+  constexpr std::uint8_t NO_STRING = ALL ^ STRING;
+  static constexpr auto COMPARED = std::bit_cast<std::uint64_t>(
+      std::array<std::uint8_t, HALF>{ALL, ALL, ALL, ALL, ALL, ALL, ALL, NO_STRING});
+  std::uint64_t mine = 0;
+  std::uint64_t wanted = 0;
+  std::memcpy(&mine, place.bytes + HALF, HALF);
+  std::memcpy(&wanted, key.place.bytes + HALF, HALF);
+  if (((mine ^ wanted) & COMPARED) != 0) return false;
+  if (ownsMemory()) return get() == text;
+  return std::memcmp(place.bytes, key.place.bytes, HALF) == 0;
 }
 
 /// Copies the bytes of half a name where the mask has bits.
