@@ -15,16 +15,6 @@ void* takeLast(std::vector<void*>& slabs) {
   return slab;
 }
 
-/// Lets the system get all pages of a slab at once, which takes less time than one by one, when
-/// they are used first. Where it cannot, that is how they come.
-void getPages(void* slab) {
-#ifdef MADV_POPULATE_WRITE
-  ::madvise(slab, SlabSource::SLAB_SIZE, MADV_POPULATE_WRITE);
-#else
-  static_cast<void>(slab);
-#endif
-}
-
 }  // namespace
 
 SlabSource& SlabSource::get() {
@@ -33,17 +23,8 @@ SlabSource& SlabSource::get() {
 }
 
 void* SlabSource::take() {
-  bool needsPages = false;
-  void* slab = takeAny(needsPages);
-  if (needsPages) getPages(slab);
-  return slab;
-}
-
-/// Sets `needsPages` for a slab without memory that will probably be filled.
-void* SlabSource::takeAny(bool& needsPages) {
   const std::lock_guard<std::mutex> lock(mutex);
   if (!kept.empty()) return takeLast(kept);
-  needsPages = slabs >= MANY;
   if (!returned.empty()) return takeLast(returned);
   if (unused == unusedEnd) mapRegion();
   void* slab = unused;

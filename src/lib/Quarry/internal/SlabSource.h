@@ -33,11 +33,6 @@ class SlabSource {
   /// So many slabs are asked of the system at once.
   static constexpr std::size_t REGION_SLABS = 32;
 
-  /// Where there are so many slabs, 4 MiB, a new one will be filled soon, and gets all its pages at
-  /// once. Of a small document's slabs most pages are never used.
-  static constexpr std::size_t MANY = 64;
-
-  void* takeAny(bool& needsPages);
   void mapRegion();
 
   std::mutex mutex;
