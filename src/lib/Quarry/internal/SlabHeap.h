@@ -192,4 +192,18 @@ inline void* SlabHeap::allocateOrNull(std::size_t size) noexcept {
   }
 }
 
+/// For vectors that shall have their memory from SlabHeap.
+template <class T>
+struct SlabAllocator {
+  using value_type = T;
+
+  T* allocate(std::size_t count) {
+    if (count > static_cast<std::size_t>(-1) / sizeof(T)) throw std::bad_alloc();
+    return static_cast<T*>(SlabHeap::allocate(count * sizeof(T)));
+  }
+  void deallocate(T* list, std::size_t count) noexcept { SlabHeap::free(list, count * sizeof(T)); }
+
+  bool operator==(const SlabAllocator&) const noexcept { return true; }
+};
+
 }  // namespace Quarry

@@ -48,7 +48,7 @@ class TreeBuilder {
   }
 
   template <class Word>
-  void value(const Word& word, ParserValue::Type valueType) {
+  [[gnu::always_inline]] void value(const Word& word, ParserValue::Type valueType) {
     if (!isPlain(word)) return addCarefully(word, valueType);
     if (needsReading(word, valueType)) return addWord(word, valueType);
     const std::string_view text = textOf(word, valueType);
@@ -176,9 +176,9 @@ class TreeBuilder {
   std::vector<Outer> outers;
   ParserItem::Place leftOut = {0, 0};  ///< the first group that was; lines count from 1
   const bool areWordsPlain;
-  std::vector<Note> notes;
-  const char* readable = nullptr;  ///< the end of the text that the notes point to
-  std::string unescaped;           ///< here so that its memory is used again
+  std::vector<Note, SlabAllocator<Note>> notes;  ///< where memory of the last document is kept
+  const char* readable = nullptr;                ///< the end of the text that the notes point to
+  std::string unescaped;                         ///< here so that its memory is used again
 };
 
 }  // namespace Quarry
