@@ -62,8 +62,7 @@ class TextParser {
   ///         warning, or there was none; true otherwise
   bool parse() {
     while (const Word* word = words.next()) {
-      takeWord(*word);
-      if (hasEnded) return true;
+      if (!takeWord(*word)) return true;
     }
     return endOfText();
   }
@@ -86,31 +85,33 @@ class TextParser {
 
   /// The first test that holds chooses the rule. Each test fixes the word's type, so the order is
   /// part of the grammar: `yes` is a value because it is no identifier.
-  [[gnu::always_inline]] void takeWord(const Word& word) {
+  /// @return false when the word ends the parse
+  [[gnu::always_inline]] bool takeWord(const Word& word) {
     switch (WordClassifier::classify(word)) {
       case ParserWord::WORD_IDENTIFIER:
-      case ParserWord::WORD_KEYWORD: return takeName(word);
-      case ParserWord::WORD_OPERATOR: return takeAssignment(word);
-      case ParserWord::WORD_SEPARATOR: return takeSeparator(word);
-      case ParserWord::WORD_EMPTYTAG: return takeValue(word, ParserValue::TYPE_EMPTY);
-      case ParserWord::WORD_BINARYDATA: return takeValue(word, ParserValue::TYPE_BINARYDATA);
-      case ParserWord::WORD_BOOL: return takeValue(word, ParserValue::TYPE_BOOL);
-      case ParserWord::WORD_INT: return takeValue(word, ParserValue::TYPE_INT);
-      case ParserWord::WORD_DOUBLE: return takeValue(word, ParserValue::TYPE_DOUBLE);
-      case ParserWord::WORD_STRING: return takeValue(word, ParserValue::TYPE_STRING);
-      case ParserWord::WORD_BRACE: return takeBracedItem(word);
+      case ParserWord::WORD_KEYWORD: takeName(word); return true;
+      case ParserWord::WORD_OPERATOR: takeAssignment(word); return true;
+      case ParserWord::WORD_SEPARATOR: takeSeparator(word); return true;
+      case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return true;
+      case ParserWord::WORD_BINARYDATA: takeValue(word, ParserValue::TYPE_BINARYDATA); return true;
+      case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); return true;
+      case ParserWord::WORD_INT: takeValue(word, ParserValue::TYPE_INT); return true;
+      case ParserWord::WORD_DOUBLE: takeValue(word, ParserValue::TYPE_DOUBLE); return true;
+      case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); return true;
+      case ParserWord::WORD_BRACE: takeBracedItem(word); return true;
       default: return takeBracket(word);
     }
   }
 
   /// A word that is nothing else, but may begin with a bracket.
-  void takeBracket(const Word& word) {
+  /// @return false when the word ends the parse
+  bool takeBracket(const Word& word) {
     switch (WordClassifier::firstByte(word)) {
-      case '{': return openGroup(word);
+      case '{': openGroup(word); return true;
       case '}': return closeGroup(word);
-      case '(': return openArguments(word);
-      case ')': return closeArguments(word);
-      default: warn(Diagnostic::UNKNOWN_WORD, word);
+      case '(': openArguments(word); return true;
+      case ')': closeArguments(word); return true;
+      default: warn(Diagnostic::UNKNOWN_WORD, word); return true;
     }
   }
 
@@ -194,11 +195,15 @@ class TextParser {
   }
 
   /// "}" ends the group, and at the top level the whole parse.
-  void closeGroup(const Word& word) {
-    hasEnded = outerLevels.empty();
-    if (hasEnded) return sink.endDocument(word);
+  /// @return false when it ends the parse
+  bool closeGroup(const Word& word) {
+    if (outerLevels.empty()) {
+      sink.endDocument(word);
+      return false;
+    }
     leaveLevel();
     sink.endGroup(&word);
+    return true;
   }
 
   /// call = "(" , [ values ] , ")" ;
@@ -267,7 +272,6 @@ class TextParser {
   const unsigned long deepest;
   Level level;  ///< of the innermost group
   std::vector<Level> outerLevels;
-  bool hasEnded = false;  ///< by a closing brace
 };
 
 }  // namespace Quarry

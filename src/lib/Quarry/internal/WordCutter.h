@@ -49,9 +49,10 @@ class WordCutter {
   /// the next call.
   [[gnu::always_inline]] const TextWord* next() {
     const char* at = skipBlanks(word.last);
+    const char first = *at;  // read once: the compiler has to think that the next line changes it
     word.first = at;
     if (at >= quickEnd) return nextOther(at);
-    word.last = cut(at);
+    word.last = cut(at, first);
     return &word;
   }
 
@@ -87,14 +88,14 @@ class WordCutter {
   }
 
   /// Sets what the word at `at` is, and returns where it ends.
-  [[gnu::always_inline]] const char* cut(const char* at) {
-    if (isByteOf(*at, BYTE_LETTER)) return cutName(at);
-    if (isByteOf(*at, BYTE_DIGIT)) return cutNumber(at, at);
-    if (isByteOf(*at, BYTE_DELIMITER)) return cutDelimiter(at);
-    if (*at == '"') return cutString(at);
-    if (*at == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at, at + 1);
-    if (*at == '<') return cutEmptyTag(at);
-    return *at == '_' ? cutName(at) : cutOther(at);
+  [[gnu::always_inline]] const char* cut(const char* at, char first) {
+    if (isByteOf(first, BYTE_LETTER)) return cutName(at);
+    if (isByteOf(first, BYTE_DIGIT)) return cutNumber(at, at);
+    if (isByteOf(first, BYTE_DELIMITER)) return cutDelimiter(at);
+    if (first == '"') return cutString(at);
+    if (first == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at, at + 1);
+    if (first == '<') return cutEmptyTag(at);
+    return first == '_' ? cutName(at) : cutOther(at);
   }
 
   [[gnu::always_inline]] const char* cutDelimiter(const char* at) {
