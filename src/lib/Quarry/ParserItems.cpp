@@ -67,7 +67,7 @@ ParserItems filter(Plinth::Collection<ParserItem*> collection,
 void detail::ItemList::reserve(std::size_t wanted) {
   if (wanted <= capacity) return;
   if (wanted > UINT32_MAX) throw std::bad_alloc();
-  auto* list = static_cast<ParserItem**>(SlabHeap::allocate(wanted * sizeof(ParserItem*)));
+  auto* list = static_cast<ParserItem**>(SlabHeap::allocate(wanted * PLACE_SIZE));
   std::copy(begin(), end(), list);
   freePlaces();
   places = list;

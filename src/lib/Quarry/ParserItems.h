@@ -61,6 +61,8 @@ class ItemList {
   QUARRY_HIDDEN void swap(ItemList& other) noexcept;
 
  private:
+  static constexpr std::size_t PLACE_SIZE = sizeof(void*);
+
   QUARRY_HIDDEN void freePlaces() noexcept;
 
   ParserItem** places = nullptr;

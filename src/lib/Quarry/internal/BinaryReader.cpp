@@ -255,7 +255,7 @@ std::string_view BinaryReader::readString() {
   if (end == bytes + size) {
     pos = size;
     warn(Messages::stringNotRead);
-    return {bytes + size, 0};
+    return {bytes + pos, size - pos};  // none, at the end
   }
   const auto length = static_cast<unsigned long>(end - begin);
   pos += length + 1;

@@ -149,8 +149,9 @@ struct Decimal {
   if (rest > 2 * GROUP || whole + rest > MOST_DIGITS) return false;
   if (hasPoint) decimal.fraction = rest;
   if (rest <= GROUP) return appendDigits(decimal.digits, at, rest);
-  return appendDigits(decimal.digits, at, GROUP) &
-         appendDigits(decimal.digits, at + GROUP, rest - GROUP);
+  const bool areFirst = appendDigits(decimal.digits, at, GROUP);
+  const bool areOthers = appendDigits(decimal.digits, at + GROUP, rest - GROUP);
+  return areFirst && areOthers;
 }
 
 #ifdef __SIZEOF_INT128__

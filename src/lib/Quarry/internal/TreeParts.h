@@ -24,14 +24,14 @@ namespace Quarry {
 // --- Lists ---------------------------------------------------------------------------------------
 
 inline void detail::ItemList::freePlaces() noexcept {
-  SlabHeap::free(places, capacity * sizeof(ParserItem*));
+  SlabHeap::free(places, capacity * PLACE_SIZE);
 }
 
 /// Few groups have more than FIRST items, and for all others this is all there is to do.
 inline void detail::ItemList::grow() {
   constexpr std::uint32_t FIRST = 4;
   if (capacity > 0) return reserve(2 * size());
-  places = static_cast<ParserItem**>(SlabHeap::allocate(FIRST * sizeof(ParserItem*)));
+  places = static_cast<ParserItem**>(SlabHeap::allocate(FIRST * PLACE_SIZE));
   capacity = FIRST;
 }
 
