@@ -13,6 +13,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
@@ -66,11 +67,12 @@ long long readInteger(std::string_view text) {
 }
 
 /// Compares all four with the C library. Digits stand behind the text, which a reading beyond its
-/// end would meet.
-/// @param spare how many of them may be read
+/// end would meet; the memory ends where no more may be read.
+/// @param spare how many of them may be read; for none there are two
 testing::AssertionResult agrees(const std::string& text, std::size_t spare) {
-  const std::string padded = text + std::string(spare + 2, '7');
-  const std::string_view view(padded.data(), text.size());
+  std::vector<char> bytes(text.begin(), text.end());
+  bytes.resize(text.size() + (spare > 0 ? spare : 2), '7');
+  const std::string_view view(bytes.data(), text.size());
   const char* readable = view.data() + text.size() + spare;
   if (beginsWithInt(view) != scanInt(text)) {
     return testing::AssertionFailure() << "%d: " << testing::PrintToString(text);

@@ -134,6 +134,32 @@ TEST(ParserItemNameTest, NamesThatWereAskedForAreFoundAmongOthers) {
   }
 }
 
+TEST(ParserItemNameTest, ANameThatReplacedOneThatWasAskedForIsFoundAndTheOtherIsNot) {
+  for (const unsigned long before : {1UL, 15UL, 16UL, 40UL}) {
+    for (unsigned long length = 1; length < LONGEST; ++length) {
+      if (length == before) continue;
+      ParserGroup group("");
+      ParserItem* renamed = group.addItem(makeName(before), 0, 0);
+      EXPECT_EQ(renamed->getName().size(), before);
+      renamed->rename(makeName(length));
+      EXPECT_EQ(group.getItem(makeName(length)), renamed) << before << " " << length;
+      EXPECT_EQ(group.getItem(makeName(before)), nullptr) << before << " " << length;
+    }
+  }
+}
+
+TEST(ParserItemNameTest, TheNameOfACopiedItemIsFoundWhereAnotherWasAskedFor) {
+  for (const unsigned long before : {1UL, 15UL, 16UL, 40UL}) {
+    for (unsigned long length = 1; length < LONGEST; ++length) {
+      ParserGroup group("");
+      ParserItem* item = group.addItem(makeName(before), 0, 0);
+      EXPECT_EQ(item->getName().size(), before);
+      item->copyFrom(makeItem(makeName(length)));
+      EXPECT_EQ(group.getItem(makeName(length)), item) << before << " " << length;
+    }
+  }
+}
+
 TEST(ParserItemNameTest, NamesThatWereReadAreFound) {
   std::string text;
   for (unsigned long length = 1; length < LONGEST; ++length)

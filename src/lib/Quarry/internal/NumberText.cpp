@@ -90,8 +90,7 @@ constexpr auto POWERS_OF_TEN = [] {
 /// step than all of this.
 constexpr std::size_t GROUP = 8;
 
-/// How far a byte or so many bytes are shifted.
-constexpr std::size_t BITS = 8;
+constexpr std::size_t BITS = 8;  ///< of a byte
 
 std::uint64_t loadDigits(const char* at) {
   constexpr std::uint64_t ZEROS = 0x3030'3030'3030'3030;
@@ -132,23 +131,26 @@ struct Decimal {
 /// @param readable bytes up to here may be read
 [[gnu::always_inline]] inline bool readDecimal(const char* at, const char* end,
                                                const char* readable, Decimal& decimal) {
-  constexpr std::size_t MOST_BEFORE_POINT = 6;
-  constexpr std::ptrdiff_t MOST_READ = MOST_BEFORE_POINT + 1 + 2 * GROUP;
-  if (readable - at < MOST_READ || at == end) return false;
-  auto rest = static_cast<std::size_t>(end - at);
+  constexpr std::size_t TWO_GROUPS = 2 * GROUP;
+  const auto bytesFrom = [](const char* from, const char* to) {
+    return static_cast<std::size_t>(to - from);
+  };
+  if (bytesFrom(at, readable) < TWO_GROUPS || at == end) return false;
+  std::size_t rest = bytesFrom(at, end);
   if (rest <= GROUP && appendDigits(decimal.digits, at, rest)) return true;
 
   const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(loadDigits(at)))) / BITS;
-  const bool hasPoint = whole >= 1 && whole <= MOST_BEFORE_POINT && at[whole] == '.';
+  const bool hasPoint = whole >= 1 && whole < GROUP && at[whole] == '.';
   if (!hasPoint && whole < GROUP) return false;
   decimal.digits = 0;
   appendDigits(decimal.digits, at, whole);
   at += whole + (hasPoint ? 1 : 0);
-  if (end - at < 1) return false;
-  rest = static_cast<std::size_t>(end - at);
-  if (rest > 2 * GROUP || whole + rest > MOST_DIGITS) return false;
+  if (at >= end) return false;
+  rest = bytesFrom(at, end);
   if (hasPoint) decimal.fraction = rest;
   if (rest <= GROUP) return appendDigits(decimal.digits, at, rest);
+  const bool isShort = rest <= TWO_GROUPS && whole + rest <= MOST_DIGITS;
+  if (!isShort || bytesFrom(at, readable) < TWO_GROUPS) return false;
   const bool areFirst = appendDigits(decimal.digits, at, GROUP);
   const bool areOthers = appendDigits(decimal.digits, at + GROUP, rest - GROUP);
   return areFirst && areOthers;
