@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <locale.h>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -70,8 +71,8 @@ long long readInteger(std::string_view text) {
 /// end would meet; the memory ends where no more may be read.
 /// @param spare how many of them may be read; for none there are two
 testing::AssertionResult agrees(const std::string& text, std::size_t spare) {
-  std::vector<char> bytes(text.begin(), text.end());
-  bytes.resize(text.size() + (spare > 0 ? spare : 2), '7');
+  std::vector<char> bytes(text.size() + (spare > 0 ? spare : 2), '7');
+  std::copy(text.begin(), text.end(), bytes.begin());
   const std::string_view view(bytes.data(), text.size());
   const char* readable = view.data() + text.size() + spare;
   if (beginsWithInt(view) != scanInt(text)) {
