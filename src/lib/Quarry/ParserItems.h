@@ -21,7 +21,7 @@ class ParserItem;
 namespace detail {
 
 /// The items of a group, or null where an item was detached: a vector of pointers that lies where
-/// items do and is half as long in itself, because most groups are small and there are many. It
+/// items do and gets its first places at once, because most groups are small and there are many. It
 /// does not own the items. For the library's own use.
 class ItemList {
  public:
