@@ -15,6 +15,7 @@ using Quarry::countSpacesQuickly;
 using Quarry::findNameEnd;
 using Quarry::findNameEndQuickly;
 using Quarry::findNumberEnd;
+using Quarry::findNumberListEnd;
 using Quarry::findWordStop;
 using Quarry::hasFractionMark;
 using Quarry::skipSpaces;
@@ -30,6 +31,10 @@ bool isNameByte(char byte) {
   const bool isDigit = byte >= '0' && byte <= '9';
   return isLetter || isDigit || (byte != 0 && std::strchr("[]_-.%:", byte) != nullptr);
 }
+
+bool isNumberByte(char byte) { return (byte >= '-' && byte <= '<') || byte == 'e'; }
+
+bool isNumberListByte(char byte) { return static_cast<unsigned char>(byte) <= '<' || byte == 'e'; }
 
 bool isFractionMark(char byte) { return byte == 'e' || byte == '.'; }
 
@@ -74,22 +79,16 @@ class GuardedPage {
   char* region;
 };
 
-/// Checks what needs 32 bytes. A number ends at one of the stops or a zero byte, or at one of few
-/// other bytes before it, up to the comma.
+/// Checks what needs 32 bytes.
 void checkQuickWays(const char* begin, const char* end) {
   const std::string shown(begin, end);
   const auto isOther = [](char byte) { return byte != ' '; };
   EXPECT_EQ(begin + countSpacesQuickly(begin), findFirst(begin, begin + 32, isOther)) << shown;
   EXPECT_EQ(findNameEndQuickly(begin, end), findNameEnd(begin, end)) << shown;
-  const auto isEnd = [](char byte) { return byte == 0 || isStop(byte); };
-  const char* stop = findFirst(begin, begin + 32, isEnd);
+  const auto isNoNumber = [](char byte) { return !isNumberByte(byte); };
+  const char* stop = findFirst(begin, begin + 32, isNoNumber);
   const Quarry::NumberEnd number = findNumberEnd(begin);
-  EXPECT_LE(number.at, stop) << shown;
-  const bool isFound = number.at != begin || isEnd(*begin);
-  EXPECT_TRUE(isFound || stop == begin + 32 || static_cast<unsigned char>(*begin) <= ',') << shown;
-  if (isFound && number.at != stop) {
-    EXPECT_LE(static_cast<unsigned char>(*number.at), ',') << shown;
-  }
+  EXPECT_EQ(number.at, stop != begin + 32 ? stop : begin) << shown;
   EXPECT_EQ(number.hasFractionMark, findFirst(begin, number.at, isFractionMark) != number.at)
       << shown;
 }
@@ -106,6 +105,9 @@ void checkRange(const char* begin, const char* end, const char* readable) {
   EXPECT_EQ(hasFractionMark(begin, end, readable), findFirst(begin, end, isFractionMark) != end)
       << shown;
   EXPECT_EQ(findNameEnd(begin, end), findFirst(begin, end, [](char b) { return !isNameByte(b); }))
+      << shown;
+  EXPECT_EQ(findNumberListEnd(begin, end),
+            findFirst(begin, end, [](char b) { return !isNumberListByte(b); }))
       << shown;
   if (end - begin >= 32) checkQuickWays(begin, end);
 }

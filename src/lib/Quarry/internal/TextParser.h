@@ -95,8 +95,8 @@ class TextParser {
       case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return true;
       case ParserWord::WORD_BINARYDATA: takeValue(word, ParserValue::TYPE_BINARYDATA); return true;
       case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); return true;
-      case ParserWord::WORD_INT: takeValue(word, ParserValue::TYPE_INT); return true;
-      case ParserWord::WORD_DOUBLE: takeValue(word, ParserValue::TYPE_DOUBLE); return true;
+      case ParserWord::WORD_INT:
+      case ParserWord::WORD_DOUBLE: takeNumber(word); return true;
       case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); return true;
       case ParserWord::WORD_BRACE: takeBracedItem(word); return true;
       default: return takeBracket(word);
@@ -160,6 +160,12 @@ class TextParser {
     }
     level.hasValueWord = true;
     level.previous = word.getType();
+  }
+
+  /// An integer or a double.
+  [[gnu::always_inline]] void takeNumber(const Word& word) {
+    const int type = ParserValue::TYPE_INT + (word.getType() - ParserWord::WORD_INT);
+    takeValue(word, static_cast<ParserValue::Type>(type));
   }
 
   /// A word that the word source typed as a brace: an item and its group in one word.

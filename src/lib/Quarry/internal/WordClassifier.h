@@ -54,11 +54,14 @@ class WordClassifier {
   }
 
   /// Whatever follows the first digit, unless that is the `x` behind a zero.
-  static ParserWord::Type ofNumber(const char* firstDigit, const char* end, bool hasFractionMark) {
-    const bool isHexadecimal =
-        (firstDigit[1] | 0x20) == 'x' && *firstDigit == '0' && firstDigit + 1 != end;
-    if (isHexadecimal) return ParserWord::WORD_UNKNOWN;
-    return hasFractionMark ? ParserWord::WORD_DOUBLE : ParserWord::WORD_INT;
+  static bool isDecimal(const char* firstDigit, const char* end) {
+    return (firstDigit[1] | 0x20) != 'x' || *firstDigit != '0' || firstDigit + 1 == end;
+  }
+
+  /// Integers and doubles stand side by side in many lists, so that no branch tells them apart.
+  static ParserWord::Type ofDecimal(bool hasFractionMark) {
+    static_assert(ParserWord::WORD_DOUBLE == ParserWord::WORD_INT + 1);
+    return static_cast<ParserWord::Type>(ParserWord::WORD_INT + (hasFractionMark ? 1 : 0));
   }
 
  private:
@@ -71,8 +74,9 @@ class WordClassifier {
     }
     const bool isNegative = first == '-' && word.length > 1;
     if (isByteOf(isNegative ? begin[1] : first, BYTE_DIGIT)) {
-      return ofNumber(begin + (isNegative ? 1 : 0), word.end(),
-                      hasFractionMark(begin, word.end(), word.textEnd));
+      const bool isNumber = isDecimal(begin + (isNegative ? 1 : 0), word.end());
+      if (!isNumber) return ParserWord::WORD_UNKNOWN;
+      return ofDecimal(hasFractionMark(begin, word.end(), word.textEnd));
     }
     if (first == '"') return asString(word);
     if (first == '<') return asEmptyTag(word);

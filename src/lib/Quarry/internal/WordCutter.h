@@ -90,10 +90,10 @@ class WordCutter {
   /// Sets what the word at `at` is, and returns where it ends.
   [[gnu::always_inline]] const char* cut(const char* at, char first) {
     if (isByteOf(first, BYTE_LETTER)) return cutName(at);
-    if (isByteOf(first, BYTE_DIGIT)) return cutNumber(at, at);
+    if (isByteOf(first, BYTE_DIGIT)) return cutNumber(at);
     if (isByteOf(first, BYTE_DELIMITER)) return cutDelimiter(at);
     if (first == '"') return cutString(at);
-    if (first == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at, at + 1);
+    if (first == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at);
     if (first == '<') return cutEmptyTag(at);
     return first == '_' ? cutName(at) : cutOther(at);
   }
@@ -110,11 +110,12 @@ class WordCutter {
     return stop;
   }
 
-  [[gnu::always_inline]] const char* cutNumber(const char* at, const char* firstDigit) {
+  /// What has other bytes than most numbers, as hexadecimal words do, is left to the general rules.
+  [[gnu::always_inline]] const char* cutNumber(const char* at) {
     const NumberEnd stop = findNumberEnd(at);
     if (!isStop(stop.at)) return cutOther(at);
-    word.type = WordClassifier::ofNumber(firstDigit, stop.at, stop.hasFractionMark);
-    return word.type != ParserWord::WORD_UNKNOWN ? stop.at : cutOther(at);
+    word.type = WordClassifier::ofDecimal(stop.hasFractionMark);
+    return stop.at;
   }
 
   [[gnu::always_inline]] const char* cutString(const char* at) {

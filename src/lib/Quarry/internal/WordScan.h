@@ -40,6 +40,22 @@ class Block {
         _mm_or_si128(_mm_cmpeq_epi8(bytes, splat('{')), _mm_cmpeq_epi8(bytes, splat('}')))));
   }
 
+  /// The bytes that most numbers consist of, and a few others.
+  unsigned numberBytes() const {
+    return bits(_mm_or_si128(isWithin(bytes, '-', '<'), _mm_cmpeq_epi8(bytes, splat('e'))));
+  }
+
+  /// The bytes of lists of numbers, and a few others up to the last of numberBytes().
+  unsigned numberListBytes() const {
+    return bits(_mm_or_si128(_mm_cmpeq_epi8(_mm_min_epu8(bytes, splat('<')), bytes),
+                             _mm_cmpeq_epi8(bytes, splat('e'))));
+  }
+
+  /// The bytes that show a number to have a fraction or an exponent.
+  unsigned fractionMarks() const {
+    return bits(_mm_or_si128(_mm_cmpeq_epi8(bytes, splat('.')), _mm_cmpeq_epi8(bytes, splat('e'))));
+  }
+
   /// The bytes of names.
   unsigned nameBytes() const {
     const __m128i letters = isWithin(_mm_or_si128(bytes, splat(0x20)), 'a', 'z');
@@ -147,8 +163,7 @@ inline const char* findNameEndQuickly(const char* at, const char* end) {
 
 /// What findNumberEnd() finds.
 struct NumberEnd {
-  const char* at;        ///< the first blank, line break, delimiter, quote or zero byte, or another
-                         ///< byte before them
+  const char* at;        ///< the first byte that is no `e`, digit or one of "-./:;<"
   bool hasFractionMark;  ///< whether there is an `e` or a point before it
 };
 
@@ -160,24 +175,38 @@ constexpr int LONGEST_NUMBER = 32;
 inline NumberEnd findNumberEnd(const char* begin) {
 #ifdef __SSE2__
   const Block first(begin);
-  const unsigned marks = first.equal('.') | first.equal('e');
-  const unsigned stops = first.likelyStops();
+  const unsigned marks = first.fractionMarks();
+  const unsigned stops = first.numberBytes() ^ WHOLE_BLOCK;
   if (stops != 0) return {begin + firstOf(stops), (marks & (stops ^ (stops - 1))) != 0};
   const char* half = begin + Block::SIZE;
   const Block second(half);
-  const unsigned laterMarks = second.equal('.') | second.equal('e');
-  const unsigned laterStops = second.likelyStops();
+  const unsigned laterMarks = second.fractionMarks();
+  const unsigned laterStops = second.numberBytes() ^ WHOLE_BLOCK;
   if (laterStops == 0) return {begin, false};
   return {half + firstOf(laterStops),
           (marks | (laterMarks & (laterStops ^ (laterStops - 1)))) != 0};
 #else
   bool hasFractionMark = false;
   for (const char* at = begin; at != begin + LONGEST_NUMBER; ++at) {
-    if (*at == '\0' || isByteOf(*at, WORD_STOPS)) return {at, hasFractionMark};
+    if ((*at < '-' || *at > '<') && *at != 'e') return {at, hasFractionMark};
     hasFractionMark = hasFractionMark || *at == '.' || *at == 'e';
   }
   return {begin, false};
 #endif
+}
+
+/// Returns the first byte of [at, end) that stands in no list of numbers, or `end`: the first of a
+/// name, nearly always, or the brace that closes the group.
+inline const char* findNumberListEnd(const char* at, const char* end) {
+#ifdef __SSE2__
+  for (; end - at >= Block::SIZE; at += Block::SIZE) {
+    const unsigned others = Block(at).numberListBytes() ^ WHOLE_BLOCK;
+    if (others != 0) return at + firstOf(others);
+  }
+#endif
+  while (at != end && (static_cast<unsigned char>(*at) <= '<' || *at == 'e'))
+    ++at;
+  return at;
 }
 
 /// Tells whether all of [begin, end) are bytes of names. Bytes up to `readable` may be read.
