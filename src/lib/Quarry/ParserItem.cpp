@@ -33,7 +33,7 @@ ParserItem::ParserItem(const ParserItem& other)
   reserve(other.count);
   for (const ParserValue& value : other) {
     ::new (nextPlace()) ParserValue(value);
-    ++count;
+    addMade();
   }
 }
 
@@ -178,6 +178,7 @@ double ParserItem::getDouble(const unsigned long& index) const {
 }
 
 const std::string& ParserItem::getString(const unsigned long& index) const {
+  valuesOwnMemory = true;
   return valueAt(index).getAsString();
 }
 
@@ -269,10 +270,12 @@ void ParserItem::setDouble(const double& value, const unsigned long& index) {
 }
 
 void ParserItem::setString(const std::string& value, const unsigned long& index) {
+  valuesOwnMemory = true;
   valueAt(index).setString(value);
 }
 
 void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const unsigned long& index) {
+  valuesOwnMemory = true;
   valueAt(index).setBinaryData(bytes, size);
 }
 
@@ -296,6 +299,7 @@ void ParserItem::takeList(ParserItem& from) noexcept {
   values = std::exchange(from.values, from.ownPlaces());
   count = std::exchange(from.count, 0);
   capacity = std::exchange(from.capacity, 1);
+  valuesOwnMemory = std::exchange(from.valuesOwnMemory, false);
 }
 
 /// Frees the list, without its values, unless it is a part of the item.
@@ -306,9 +310,8 @@ void ParserItem::freePlaces() const noexcept {
 // --- Add and remove values -----------------------------------------------------------------------
 
 void ParserItem::appendText(ParserValue::Type valueType, std::string_view text) {
-  ::new (nextPlace())
-      ParserValue(ParserValue::Form::TEXT, valueType, text, text.data() + text.size());
-  ++count;
+  nextPlace();
+  addText(valueType, text, text.data() + text.size());
 }
 
 void ParserItem::addBool(const bool& value) {
@@ -333,21 +336,21 @@ void ParserItem::addString(const std::string& value) {
 
 void ParserItem::addBinaryData(void* bytes, const unsigned long& size) {
   ::new (nextPlace()) ParserValue(bytes, size);
-  ++count;
+  addMade();
 }
 
 /// The place in the list is made first: the group is adopted only when nothing can fail any more.
 ParserGroup* ParserItem::addGroup(ParserGroup* group) {
   if (group == nullptr) return appendNewGroup();
   ::new (nextPlace()) ParserValue(ParserValue::Form::TEXT, group);
-  ++count;
+  addMade();
   return group;
 }
 
 void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueType) {
   if (valueType == ParserValue::TYPE_BINARYDATA) {
     ::new (nextPlace()) ParserValue(ParserValue::readBlock({word.begin(), word.length}));
-    ++count;
+    addMade();
   } else if (valueType == ParserValue::TYPE_STRING) {
     std::string text;
     readQuoted(word, text);
@@ -355,7 +358,7 @@ void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueT
   } else {
     const std::string text = word.getString();
     ::new (nextPlace()) ParserValue(valueType, text);
-    ++count;
+    addMade();
   }
 }
 
@@ -394,8 +397,8 @@ void ParserItem::removeValue(const unsigned long& index) {
 }
 
 void ParserItem::reset() {
-  for (ParserValue& value : *this)
-    value.ParserValue::~ParserValue();
+  if (valuesOwnMemory) std::destroy_n(values, count);
+  valuesOwnMemory = false;
   count = 0;
 }
 

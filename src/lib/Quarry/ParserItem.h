@@ -66,7 +66,7 @@ class QUARRY_EXPORT ParserItem {
   ParserItem& operator=(const ParserItem&) = delete;
 
   ~ParserItem() {
-    if (count > 0 || values != ownPlaces() || name.ownsMemory()) freeParts();
+    if (valuesOwnMemory || values != ownPlaces() || name.ownsMemory()) freeParts();
   }
 
   /// Gets memory for `new`. Items have memory of their own kind, which is cheaper to get and to
@@ -371,6 +371,7 @@ class QUARRY_EXPORT ParserItem {
   ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
   QUARRY_HIDDEN static std::uint32_t saturate(unsigned long number);
   QUARRY_HIDDEN void* nextPlace() const;
+  QUARRY_HIDDEN void addMade() const;
   QUARRY_HIDDEN void reserve(unsigned long places) const;
   QUARRY_HIDDEN void grow(unsigned long places) const;
   QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;
@@ -379,6 +380,8 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void freeValues() noexcept;
   void freeParts() noexcept;
   QUARRY_HIDDEN void appendText(ParserValue::Type valueType, std::string_view text);
+  QUARRY_HIDDEN void addText(ParserValue::Type valueType, std::string_view text,
+                             const char* readable) const;
   QUARRY_HIDDEN ParserGroup* appendNewGroup() const;
   QUARRY_HIDDEN void copyDetails(const ParserItem& other);
   QUARRY_HIDDEN Details& makeDetails();
@@ -394,7 +397,8 @@ class QUARRY_EXPORT ParserItem {
   std::uint32_t column;
   Type type;
   bool folding;
-  mutable bool isIndexed = false;  ///< a group's NameIndex knows the item under its name
+  mutable bool isIndexed = false;        ///< a group's NameIndex knows the item under its name
+  mutable bool valuesOwnMemory = false;  ///< else none of them has to be looked at to free them
 
   /// The place of the first value. An item that is made for more values has more places behind it.
   alignas(ParserValue) mutable unsigned char ownPlace[sizeof(ParserValue)];

@@ -181,7 +181,7 @@ BinaryReader::Stop BinaryReader::readValues() {
       continue;
     }
     if (!readPayload(tag, item.nextPlace())) return Stop::BROKEN;
-    ++item.count;
+    item.addMade();
     if (tag != ParserValue::TYPE_GROUP) continue;
     if (openGroup(*item.end()[-1].getGroup())) return Stop::AT_GROUP;
   }

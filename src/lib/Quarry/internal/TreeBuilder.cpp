@@ -3,6 +3,9 @@
 #include <Plinth/Console.h>
 
 #include "Messages.h"
+#include "WordScan.h"
+
+#include <algorithm>
 
 namespace Quarry {
 
@@ -25,11 +28,34 @@ void TreeBuilder::applyDetails(ParserItem& item, const ParserWord& word) {
 
 void TreeBuilder::addNoted() {
   item->reserve(item->count + notes.size());
-  for (const Note& note : notes) {
-    ::new (item->end()) ParserValue(ParserValue::Form::TEXT, note.type, note.text, readable);
-    ++item->count;
-  }
+  for (const Note& note : notes)
+    item->addText(note.type, note.text, readable);
   notes.clear();
+}
+
+/// Gives the item places for the noted values and those that probably follow, unless the list it
+/// has would be moved for few.
+void TreeBuilder::beginLongList() {
+  const ParserValue::Type type = notes.back().type;
+  if (type != ParserValue::TYPE_INT && type != ParserValue::TYPE_DOUBLE) return;
+  const std::size_t places = item->count + notes.size() + guessFollowing();
+  if (places < 2 * std::size_t{item->count}) return;
+  item->reserve(places);
+  addNoted();
+}
+
+/// Returns how many numbers there probably are up to the next name, or a few more: a list that was
+/// too short would have to be moved. The text is looked at once, however many lists it holds, and
+/// one that misleads costs no more than a few times the memory.
+std::size_t TreeBuilder::guessFollowing() {
+  constexpr std::size_t MOST_TIMES = 3;
+  constexpr std::size_t SPARE_PART = 16;
+  const char* begin = notes.front().text.data();
+  const char* end = notes.back().text.data() + notes.back().text.size();
+  if (listEnd == nullptr || listEnd < end) listEnd = findNumberListEnd(end, readable);
+  const auto noted = static_cast<std::size_t>(end - begin);
+  const std::size_t guess = static_cast<std::size_t>(listEnd - end) * notes.size() / noted;
+  return std::min(guess + guess / SPARE_PART, MOST_TIMES * (item->count + notes.size()));
 }
 
 /// Adds a value that is not kept as it stands.

@@ -22,8 +22,9 @@ namespace Quarry {
 ///
 /// An item is made with as many places for values as the one before it needed, because documents
 /// are full of items that are alike. Values that find no place are noted until the item's last one
-/// is known, so that their list gets one piece of memory of the right size. Whoever could look at
-/// the tree, such as a console that is told a warning, finds it complete.
+/// is known, so that their list gets one piece of memory of the right size. Only for many numbers
+/// the size is guessed from the text that follows, and the rest goes where it belongs at once.
+/// Whoever could look at the tree, such as a console that is told a warning, finds it complete.
 class TreeBuilder {
  public:
   /// @param hasZeroBytes whether there may be any in ParserWords, which do not tell; they are then
@@ -53,8 +54,7 @@ class TreeBuilder {
     if (needsReading(word, valueType)) return addWord(word, valueType);
     const std::string_view text = textOf(word, valueType);
     if (item->count == item->capacity) return note(text, valueType, word.textEnd);
-    ::new (item->end()) ParserValue(ParserValue::Form::TEXT, valueType, text, word.textEnd);
-    ++item->count;
+    item->addText(valueType, text, word.textEnd);
   }
 
   template <class Word>
@@ -105,6 +105,9 @@ class TreeBuilder {
 
  private:
   static constexpr std::size_t USUAL_DEPTH = 16;
+
+  /// So many notes stay in the processor's cache, and tell how long the values are.
+  static constexpr std::size_t MANY = 64;
 
   /// A value of the current item that found no place.
   struct Note {
@@ -164,9 +167,12 @@ class TreeBuilder {
   void note(std::string_view text, ParserValue::Type type, const char* textEnd) {
     notes.push_back({text, type});
     readable = textEnd;
+    if (notes.size() == MANY) beginLongList();
   }
 
   void addNoted();
+  void beginLongList();
+  std::size_t guessFollowing();
   static void applyDetails(ParserItem& item, const ParserWord& word);
   void addWord(const ParserWord& word, ParserValue::Type valueType);
   void addCarefully(const ParserWord& word, ParserValue::Type valueType);
@@ -178,6 +184,7 @@ class TreeBuilder {
   const bool areWordsPlain;
   std::vector<Note, SlabAllocator<Note>> notes;  ///< where memory of the last document is kept
   const char* readable = nullptr;                ///< the end of the text that the notes point to
+  const char* listEnd = nullptr;                 ///< what guessFollowing() has found last
   std::string unescaped;                         ///< here so that its memory is used again
 };
 

@@ -41,7 +41,7 @@ void TreeCopier::copyValues(const ParserItem& source, ParserItem& target) {
       waiting.back().target = target.addGroup(new ParserGroup(group->getName()));
     } else {
       ::new (target.nextPlace()) ParserValue(value);
-      ++target.count;
+      target.addMade();
     }
   }
 }

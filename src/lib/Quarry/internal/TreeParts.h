@@ -161,10 +161,24 @@ inline void ParserItem::destroy(ParserItem* item) noexcept {
   SlabHeap::free(item, sizeof(ParserItem));
 }
 
-/// Returns where the next value is to be made; `count` is increased when it has been.
+/// Returns where the next value is to be made; addMade() takes it in when it has been.
 inline void* ParserItem::nextPlace() const {
   if (count == capacity) reserve(std::max(2UL * capacity, 4UL));
   return values + count;
+}
+
+inline void ParserItem::addMade() const {
+  if (values[count].ownsMemory) valuesOwnMemory = true;
+  ++count;
+}
+
+/// Adds a value that stays text, where there is a place for it.
+/// @param readable bytes up to here may be read, though not used
+inline void ParserItem::addText(ParserValue::Type valueType, std::string_view text,
+                                const char* readable) const {
+  if (text.size() > ParserValue::CONTENT_TEXT) valuesOwnMemory = true;
+  ::new (end()) ParserValue(ParserValue::Form::TEXT, valueType, text, readable);
+  ++count;
 }
 
 /// Makes room for so many values.
@@ -182,7 +196,7 @@ inline ParserGroup* ParserItem::appendNewGroup() const {
   void* place = nextPlace();
   ParserGroup* group = ParserGroup::makeNested();
   ::new (place) ParserValue(ParserValue::Form::TEXT, group);
-  ++count;
+  addMade();
   return group;
 }
 

@@ -22,6 +22,7 @@ class TreeRemover {
  private:
   void removeGroup(ParserGroup& group);
   void removeItem(ParserItem* item);
+  void releaseValues(ParserItem& item);
   void release(ParserValue& value);
 
   ParserGroup* waiting = nullptr;  ///< the innermost first
