@@ -104,8 +104,10 @@ std::uint64_t findOthers(std::uint64_t digits) {
   return ((digits + CARRY) | digits) & HIGHEST;
 }
 
-/// Returns the number that eight digits are: makes pairs of them, then fours, then all.
-std::uint64_t joinDigits(std::uint64_t digits) {
+/// Returns the number that the first `count` of eight digits are, more than none: makes pairs of
+/// them, then fours, then all.
+std::uint64_t joinDigits(std::uint64_t digits, std::size_t count) {
+  digits <<= BITS * (GROUP - count);
   digits = digits * (1 + (10ULL << 8)) >> 8 & 0x00FF'00FF'00FF'00FF;
   digits = digits * (1 + (100ULL << 16)) >> 16 & 0x0000'FFFF'0000'FFFF;
   return digits * (1 + (10'000ULL << 32)) >> 32;
@@ -113,9 +115,9 @@ std::uint64_t joinDigits(std::uint64_t digits) {
 
 /// Appends up to eight bytes to a number, and tells whether all of them are digits. Eight are read.
 bool appendDigits(std::uint64_t& number, const char* at, std::size_t count) {
-  const std::uint64_t digits = loadDigits(at) << BITS * (GROUP - count);
-  number = number * POWERS_OF_TEN[count] + joinDigits(digits);
-  return findOthers(digits) == 0;
+  const std::uint64_t digits = loadDigits(at);
+  number = number * POWERS_OF_TEN[count] + joinDigits(digits, count);
+  return findOthers(digits << BITS * (GROUP - count)) == 0;
 }
 
 // --- Plain numbers -------------------------------------------------------------------------------
@@ -137,15 +139,17 @@ struct Decimal {
   };
   if (bytesFrom(at, readable) < TWO_GROUPS || at == end) return false;
   std::size_t rest = bytesFrom(at, end);
-  if (rest <= GROUP && appendDigits(decimal.digits, at, rest)) return true;
-
-  const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(loadDigits(at)))) / BITS;
+  const std::uint64_t first = loadDigits(at);
+  const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(first))) / BITS;
+  if (rest <= whole) {
+    decimal.digits = joinDigits(first, rest);
+    return true;
+  }
   const bool hasPoint = whole >= 1 && whole < GROUP && at[whole] == '.';
   if (!hasPoint && whole < GROUP) return false;
-  decimal.digits = 0;
-  appendDigits(decimal.digits, at, whole);
+  decimal.digits = joinDigits(first, whole);
   at += whole + (hasPoint ? 1 : 0);
-  if (at >= end) return false;
+  if (at == end) return false;
   rest = bytesFrom(at, end);
   if (hasPoint) decimal.fraction = rest;
   if (rest <= GROUP) return appendDigits(decimal.digits, at, rest);
@@ -193,13 +197,20 @@ double divide(const Decimal& decimal) {
          toDouble(static_cast<std::uint64_t>(exponent) << MANTISSA_BITS);
 }
 
+/// The powers of ten as doubles, which hold all of these.
+constexpr auto EXACT_POWERS_OF_TEN = [] {
+  std::array<double, MOST_DIGITS + 1> powers{};
+  for (std::size_t i = 0; i < powers.size(); ++i)
+    powers[i] = static_cast<double>(POWERS_OF_TEN[i]);
+  return powers;
+}();
+
 /// Returns the nearest double. The quotient of two numbers that doubles hold is rounded right.
 double toNearest(const Decimal& decimal) {
   constexpr std::uint64_t FIRST_INEXACT = 1ULL << 53;
   if (decimal.digits >= FIRST_INEXACT) return divide(decimal);
   const auto digits = static_cast<double>(static_cast<std::int64_t>(decimal.digits));
-  const auto power = static_cast<std::int64_t>(POWERS_OF_TEN[decimal.fraction]);
-  return digits / static_cast<double>(power);
+  return digits / EXACT_POWERS_OF_TEN[decimal.fraction];
 }
 
 #endif
