@@ -79,15 +79,6 @@ const std::string& ParserGroup::getName() const {
   return name != nullptr ? *name : *none;
 }
 
-ParserItem* ParserGroup::plainAt(unsigned long index) const {
-  return items[positions != nullptr ? positions->plain[index] : index];
-}
-
-ParserItem* ParserGroup::getItem(const unsigned long& index) const {
-  assert(index < plainCount);
-  return plainAt(index);
-}
-
 /// The answer is always the one of a scan. Where a large group is scanned again and again, an index
 /// is made of the items that it has then; what was added since is scanned.
 ParserItem* ParserGroup::getItem(const std::string& wanted) const {

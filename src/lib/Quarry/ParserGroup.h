@@ -6,6 +6,7 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserItems.h>
 
+#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -73,7 +74,10 @@ class QUARRY_EXPORT ParserGroup {
 
   /// Returns plain item `index`, in order of addition from 0; null when it was detached. An index
   /// at or past getItemCount() is the caller's error (an assertion in a debug build).
-  ParserItem* getItem(const unsigned long& index) const;
+  ParserItem* getItem(const unsigned long& index) const {
+    assert(index < plainCount);
+    return plainAt(index);
+  }
 
   /// Returns the first plain item called `wanted`, or null when there is none.
   ParserItem* getItem(const std::string& wanted) const;
@@ -213,7 +217,9 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN void leave(const ParserItem& item) noexcept;
   QUARRY_HIDDEN Positions& makePositions();
   QUARRY_HIDDEN static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
-  QUARRY_HIDDEN ParserItem* plainAt(unsigned long index) const;
+  ParserItem* plainAt(unsigned long index) const {
+    return items[positions != nullptr ? positions->plain[index] : index];
+  }
   QUARRY_HIDDEN ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
   QUARRY_HIDDEN unsigned long scanItems(std::string_view wanted, unsigned long index) const;
   QUARRY_HIDDEN unsigned long scanPositions(std::string_view wanted, unsigned long index) const;

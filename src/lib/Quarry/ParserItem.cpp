@@ -37,6 +37,12 @@ ParserItem::ParserItem(const ParserItem& other)
   }
 }
 
+/// Sets a place that is too far on for the numbers that are kept of it.
+void ParserItem::saturate(const Place& place) {
+  line = static_cast<std::uint32_t>(std::min<unsigned long>(place.line, UINT32_MAX));
+  column = static_cast<std::uint32_t>(std::min<unsigned long>(place.column, UINT32_MAX));
+}
+
 void ParserItem::freeValues() noexcept {
   reset();
   freePlaces();
@@ -149,23 +155,12 @@ const std::string& ParserItem::getTemplate() const {
   return held != nullptr ? held->templateName : none;
 }
 
-bool ParserItem::isGroup() const { return count == 1 && values->isGroup(); }
-
 bool ParserItem::isMatching(const Plinth::Expression& pattern) const {
   if (!pattern.isValid()) return false;
   return name.isString() ? pattern.match(name.getString()) : pattern.match(std::string(name.get()));
 }
 
 // --- Look at values ------------------------------------------------------------------------------
-
-ParserValue& ParserItem::valueAt(const unsigned long& index) const {
-  assert(index < count);
-  return values[index];
-}
-
-const ParserValue::Type& ParserItem::getValueType(const unsigned long& index) const {
-  return valueAt(index).getType();
-}
 
 bool ParserItem::getBool(const unsigned long& index) const { return valueAt(index).getAsBool(); }
 
@@ -201,30 +196,6 @@ std::string ParserItem::getWord(const unsigned long& index) const {
 ParserGroup* ParserItem::getGroup(const unsigned long& index) const {
   if (count == 0) return appendNewGroup();
   return valueAt(index).getGroup();
-}
-
-bool ParserItem::isValueBool(const unsigned long& index) const {
-  return getValueType(index) == ParserValue::TYPE_BOOL;
-}
-
-bool ParserItem::isValueChar(const unsigned long& index) const {
-  return getValueType(index) == ParserValue::TYPE_CHAR;
-}
-
-bool ParserItem::isValueInt(const unsigned long& index) const {
-  return getValueType(index) == ParserValue::TYPE_INT;
-}
-
-bool ParserItem::isValueDouble(const unsigned long& index) const {
-  return getValueType(index) == ParserValue::TYPE_DOUBLE || isValueInt(index);
-}
-
-bool ParserItem::isValueString(const unsigned long& index) const {
-  return getValueType(index) == ParserValue::TYPE_STRING;
-}
-
-bool ParserItem::isValueGroup(const unsigned long& index) const {
-  return getValueType(index) == ParserValue::TYPE_GROUP;
 }
 
 // --- Change --------------------------------------------------------------------------------------

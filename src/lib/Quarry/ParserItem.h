@@ -5,6 +5,7 @@
 #include <Quarry/Export.h>
 #include <Quarry/ParserValue.h>
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -116,7 +117,7 @@ class QUARRY_EXPORT ParserItem {
   bool isKeyWord() const { return type == ITEM_KEYWORD; }
 
   /// Tells whether the item holds exactly one value and that is a group.
-  bool isGroup() const;
+  bool isGroup() const { return count == 1 && values->isGroup(); }
 
   /// Tells whether the name matches `pattern`; false when the pattern holds none.
   bool isMatching(const Plinth::Expression& pattern) const;
@@ -124,7 +125,9 @@ class QUARRY_EXPORT ParserItem {
   // --- Look at values --------------------------------------------------------------------------
 
   /// Returns the type of value `index`.
-  const ParserValue::Type& getValueType(const unsigned long& index) const;
+  const ParserValue::Type& getValueType(const unsigned long& index) const {
+    return valueAt(index).getType();
+  }
 
   /// Returns value `index` as ParserValue::getAsBool() does, with its warning and default.
   bool getBool(const unsigned long& index) const;
@@ -152,17 +155,29 @@ class QUARRY_EXPORT ParserItem {
   ParserGroup* getGroup(const unsigned long& index) const;
 
   /// Tells whether value `index` is a bool.
-  bool isValueBool(const unsigned long& index) const;
+  bool isValueBool(const unsigned long& index) const {
+    return getValueType(index) == ParserValue::TYPE_BOOL;
+  }
   /// Tells whether value `index` is a character; no value read from a text is one.
-  bool isValueChar(const unsigned long& index) const;
+  bool isValueChar(const unsigned long& index) const {
+    return getValueType(index) == ParserValue::TYPE_CHAR;
+  }
   /// Tells whether value `index` is an integer.
-  bool isValueInt(const unsigned long& index) const;
+  bool isValueInt(const unsigned long& index) const {
+    return getValueType(index) == ParserValue::TYPE_INT;
+  }
   /// Tells whether value `index` is a double or an integer, which counts as a double too.
-  bool isValueDouble(const unsigned long& index) const;
+  bool isValueDouble(const unsigned long& index) const {
+    return getValueType(index) == ParserValue::TYPE_DOUBLE || isValueInt(index);
+  }
   /// Tells whether value `index` is a string.
-  bool isValueString(const unsigned long& index) const;
+  bool isValueString(const unsigned long& index) const {
+    return getValueType(index) == ParserValue::TYPE_STRING;
+  }
   /// Tells whether value `index` is a group, also one that was cleared.
-  bool isValueGroup(const unsigned long& index) const;
+  bool isValueGroup(const unsigned long& index) const {
+    return getValueType(index) == ParserValue::TYPE_GROUP;
+  }
 
   // --- Change ----------------------------------------------------------------------------------
 
@@ -367,9 +382,12 @@ class QUARRY_EXPORT ParserItem {
 
   ParserValue* begin() const { return values; }
   ParserValue* end() const { return values + count; }
-  QUARRY_HIDDEN ParserValue& valueAt(const unsigned long& index) const;
+  ParserValue& valueAt(unsigned long index) const {
+    assert(index < count);
+    return values[index];
+  }
   ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
-  QUARRY_HIDDEN static std::uint32_t saturate(unsigned long number);
+  QUARRY_HIDDEN void saturate(const Place& place);
   QUARRY_HIDDEN void* nextPlace() const;
   QUARRY_HIDDEN void addMade() const;
   QUARRY_HIDDEN void reserve(unsigned long places) const;

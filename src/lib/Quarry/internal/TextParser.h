@@ -76,7 +76,7 @@ class TextParser {
   /// The state of one group that is being read.
   struct Level {
     Item item = Item::NONE;
-    bool hasValueWord = false;  ///< the item took a value or an empty tag: it is complete
+    bool isIncomplete = false;  ///< the item took neither a value nor an empty tag
     bool hasValue = false;      ///< the item took a value
     ParserWord::Type previous = ParserWord::WORD_NONE;  ///< the last word that was accepted
   };
@@ -88,8 +88,8 @@ class TextParser {
   /// @return false when the word ends the parse
   [[gnu::always_inline]] bool takeWord(const Word& word) {
     switch (WordClassifier::classify(word)) {
-      case ParserWord::WORD_IDENTIFIER:
-      case ParserWord::WORD_KEYWORD: takeName(word); return true;
+      case ParserWord::WORD_IDENTIFIER: takeName(word, Item::PLAIN); return true;
+      case ParserWord::WORD_KEYWORD: takeKeyword(word); return true;
       case ParserWord::WORD_OPERATOR: takeAssignment(word); return true;
       case ParserWord::WORD_SEPARATOR: takeSeparator(word); return true;
       case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return true;
@@ -119,19 +119,21 @@ class TextParser {
   ///
   /// A name needs something behind it, and the item before it a value. The last name of a text is
   /// refused only when it ends the text, up to one blank.
-  [[gnu::always_inline]] void takeName(const Word& word) {
+  [[gnu::always_inline]] void takeName(const Word& word, Item item) {
     const ParserWord* templateWord = word.getTemplateWord();
     if (templateWord != nullptr && templateWord->getTemplateWord() != nullptr) {
       return warn(Diagnostic::TEMPLATE_INSIDE_TEMPLATE, word);
     }
     if (words.isExhausted()) return warn(Diagnostic::HAS_NO_VALUE, word);
-    if (isIncomplete()) return warn(Diagnostic::HAS_NO_VALUE, word);
+    if (level.isIncomplete) return warn(Diagnostic::HAS_NO_VALUE, word);
     sink.beginItem(word);
-    level.item = word.getType() == ParserWord::WORD_KEYWORD ? Item::KEYWORD : Item::PLAIN;
-    level.hasValueWord = false;
+    level.item = item;
+    level.isIncomplete = true;
     level.hasValue = false;
     level.previous = ParserWord::WORD_IDENTIFIER;
   }
+
+  [[gnu::noinline]] void takeKeyword(const Word& word) { takeName(word, Item::KEYWORD); }
 
   /// "=" , directly behind a name
   void takeAssignment(const Word& word) {
@@ -158,7 +160,7 @@ class TextParser {
       sink.value(word, type);
       level.hasValue = true;
     }
-    level.hasValueWord = true;
+    level.isIncomplete = false;
     level.previous = word.getType();
   }
 
@@ -179,7 +181,7 @@ class TextParser {
   /// A "{" without an item opens nothing, so the "}" that was meant for it closes the group around.
   void openGroup(const Word& word) {
     if (!hasItem()) return warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
-    level.item = Item::NONE;
+    endItem();
     if (outerLevels.size() >= deepest) return leaveOutGroup(word);
     sink.beginGroup(word);
     enterLevel();
@@ -235,7 +237,7 @@ class TextParser {
       return warnAndDropItem(Diagnostic::ARGUMENTS_CLOSED_WITHOUT_CALL, word);
     }
     sink.endCall(word);
-    level.item = Item::NONE;
+    endItem();
   }
 
   /// The text ends every group that is still open.
@@ -258,10 +260,13 @@ class TextParser {
     outerLevels.pop_back();
   }
 
-  /// Asked for each name; one branch is foreseen better than two.
-  bool isIncomplete() const { return (level.item != Item::NONE) & !level.hasValueWord; }
+  bool hasItem() const { return level.item != Item::NONE; }
 
-  bool hasItem() { return level.item != Item::NONE; }
+  /// From now on there is no current item.
+  void endItem() {
+    level.item = Item::NONE;
+    level.isIncomplete = false;
+  }
 
   [[gnu::noinline]] void warn(Diagnostic diagnostic, const Word& word) {
     sink.warning(diagnostic, word);
@@ -270,7 +275,7 @@ class TextParser {
 
   [[gnu::noinline]] void warnAndDropItem(Diagnostic diagnostic, const Word& word) {
     warn(diagnostic, word);
-    level.item = Item::NONE;
+    endItem();
   }
 
   Words& words;

@@ -63,10 +63,9 @@ class TextWord {
         lineBegin(last),
         face(text, false, version) {}
 
-  /// A delimiter ends of itself.
+  /// A delimiter ends of itself. At the end of the text stands a zero byte.
   bool isEndedByBlank() const {
-    return last != textEnd && !isByteOf(*first, BYTE_DELIMITER) &&
-           isByteOf(*last, BYTE_BLANK | BYTE_LINE_BREAK);
+    return !isByteOf(*first, BYTE_DELIMITER) && isByteOf(*last, BYTE_BLANK | BYTE_LINE_BREAK);
   }
 
   const char* const textBegin;

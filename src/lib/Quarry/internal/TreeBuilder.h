@@ -34,13 +34,14 @@ class TreeBuilder {
     outers.reserve(USUAL_DEPTH);
   }
 
-  /// The parser has classified the name, so that it need not be checked again.
+  /// The parser has classified the name, so that it need not be checked again. Where this is
+  /// inlined, its type is known before anything else is called.
   template <class Word>
-  void beginItem(const Word& word) {
-    completeItem();
+  [[gnu::always_inline]] void beginItem(const Word& word) {
     const ParserItem::Type type = word.getType() == ParserWord::WORD_KEYWORD
                                       ? ParserItem::ITEM_KEYWORD
                                       : ParserItem::ITEM_PLAIN;
+    completeItem();
     ParserItem* made = ParserItem::make({word.begin(), word.getLength()}, word.textEnd, type,
                                         {word.getLine(), word.getColumn()}, guessPlaces());
     group->adopt(made);

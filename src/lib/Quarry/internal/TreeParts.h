@@ -121,20 +121,18 @@ inline void ParserItem::Name::copyHalf(const char* from, const unsigned char* ma
   std::memcpy(to, &bytes, HALF);
 }
 
-inline std::uint32_t ParserItem::saturate(unsigned long number) {
-  return static_cast<std::uint32_t>(std::min<unsigned long>(number, UINT32_MAX));
-}
-
 inline ParserItem::ParserItem(std::string_view itemName, const char* readable, Type itemType,
                               const Place& place)
     : name(itemName, readable),
       values(ownPlaces()),
       count(0),
       capacity(1),
-      line(saturate(place.line)),
-      column(saturate(place.column)),
+      line(static_cast<std::uint32_t>(place.line)),
+      column(static_cast<std::uint32_t>(place.column)),
       type(itemType),
-      folding(false) {}
+      folding(false) {
+  if ((place.line | place.column) > UINT32_MAX) saturate(place);
+}
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
   return SlabHeap::allocate(size + (places.count - 1) * sizeof(ParserValue));

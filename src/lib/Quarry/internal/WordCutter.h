@@ -41,7 +41,7 @@ class WordCutter {
   /// Tells whether nothing is left to scan behind the word and the blank that ended it. A text that
   /// ends in more blanks is not exhausted before next() has found no further word.
   bool isExhausted() const {
-    if (end - word.last > 1) return false;
+    if (word.last < quickEnd || end - word.last > 1) return false;
     return word.last == end || (word.first != nullptr && word.isEndedByBlank());
   }
 
