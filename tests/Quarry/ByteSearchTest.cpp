@@ -15,8 +15,8 @@ using Quarry::findByteOrPair;
 
 namespace {
 
-/// Beyond four blocks nothing new begins.
-constexpr std::size_t LONGEST = 70;
+/// Beyond two groups of four blocks nothing new begins.
+constexpr std::size_t LONGEST = 140;
 
 std::size_t findMark(std::string_view text) {
   const char* found = findAnyOf<'#', '/', '"', '\\'>(text.data(), text.data() + text.size());

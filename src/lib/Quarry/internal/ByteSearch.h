@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -32,9 +33,28 @@ __m128i markInBlock(const char* block) {
 /// Returns marked places as bits.
 inline unsigned toBits(__m128i marks) { return static_cast<unsigned>(_mm_movemask_epi8(marks)); }
 
+/// Returns the marked places of four blocks as bits; 0 at once when there are none.
+inline std::uint64_t toBits(const __m128i (&marks)[4]) {
+  const __m128i firstHalf = _mm_or_si128(marks[0], marks[1]);
+  const __m128i secondHalf = _mm_or_si128(marks[2], marks[3]);
+  if (toBits(_mm_or_si128(firstHalf, secondHalf)) == 0) return 0;
+  std::uint64_t bits = 0;
+  for (int i = 0; i < 4; ++i)
+    bits |= std::uint64_t{toBits(marks[i])} << BLOCK_SIZE * i;
+  return bits;
+}
+
 template <char... Wanted>
 unsigned findInBlock(const char* block) {
   return toBits(markInBlock<Wanted...>(block));
+}
+
+/// Marks the places at which the byte `Single` or the first of two bytes `Doubled` stands. One byte
+/// behind the block is read.
+template <char Single, char Doubled>
+__m128i markByteOrPair(const char* block) {
+  const __m128i pairs = _mm_and_si128(markInBlock<Doubled>(block), markInBlock<Doubled>(block + 1));
+  return _mm_or_si128(pairs, markInBlock<Single>(block));
 }
 
 }  // namespace detail
@@ -66,10 +86,17 @@ const char* findAnyOf(const char* begin, const char* end) {
 template <char Single, char Doubled>
 const char* findByteOrPair(const char* begin, const char* end) {
 #ifdef __SSE2__
+  constexpr auto mark = detail::markByteOrPair<Single, Doubled>;
+  constexpr std::ptrdiff_t FOUR_BLOCKS = 4 * detail::BLOCK_SIZE;
+  for (; end - begin > FOUR_BLOCKS; begin += FOUR_BLOCKS) {
+    const __m128i marks[] = {mark(begin), mark(begin + detail::BLOCK_SIZE),
+                             mark(begin + 2 * detail::BLOCK_SIZE),
+                             mark(begin + 3 * detail::BLOCK_SIZE)};
+    const std::uint64_t hits = detail::toBits(marks);
+    if (hits != 0) return begin + std::countr_zero(hits);
+  }
   for (; end - begin > detail::BLOCK_SIZE; begin += detail::BLOCK_SIZE) {
-    const __m128i pairs =
-        _mm_and_si128(detail::markInBlock<Doubled>(begin), detail::markInBlock<Doubled>(begin + 1));
-    const unsigned hits = detail::toBits(_mm_or_si128(pairs, detail::markInBlock<Single>(begin)));
+    const unsigned hits = detail::toBits(mark(begin));
     if (hits != 0) return begin + std::countr_zero(hits);
   }
 #endif
@@ -97,6 +124,7 @@ inline QuoteCount countQuotes(const char* begin, const char* end) {
     const char* last = end - detail::BLOCK_SIZE;
     __m128i oddPlaces = _mm_setzero_si128();  // of a block, at which an odd number of quotes stood
     __m128i escapedPlaces = _mm_setzero_si128();  // at which one stood behind a backslash
+#pragma GCC unroll 4
     for (; begin < last; begin += detail::BLOCK_SIZE) {
       const __m128i quotes = detail::markInBlock<'"'>(begin);
       const __m128i escaped = _mm_and_si128(quotes, detail::markInBlock<'\\'>(begin - 1));
@@ -106,8 +134,8 @@ inline QuoteCount countQuotes(const char* begin, const char* end) {
     const std::ptrdiff_t shared = begin - last;  // with the block before
     const unsigned quotes = detail::findInBlock<'"'>(last) >> shared;
     const unsigned escaped = quotes & detail::findInBlock<'\\'>(last - 1) >> shared;
-    const int odd = std::popcount(detail::toBits(oddPlaces)) + std::popcount(quotes);
-    if (odd % 2 == 1) count.isOdd = !count.isOdd;
+    const bool isOdd = std::popcount(detail::toBits(oddPlaces) ^ quotes) % 2 == 1;
+    if (isOdd) count.isOdd = !count.isOdd;
     count.hasBehindBackslash = (detail::toBits(escapedPlaces) | escaped) != 0;
     return count;
   }

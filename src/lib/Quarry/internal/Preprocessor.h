@@ -9,7 +9,7 @@
 #include "IncludeGuard.h"
 #include "Messages.h"
 
-#include <deque>
+#include <list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -129,15 +129,14 @@ class Preprocessor {
   Stop scan() {
     File& file = files.back();
     while (goToMarker(file)) {
-      if (isAt(file, INCLUDE_MARKER)) return takeInclude(file);
-      if (isAt(file, VERSION_MARKER)) {
+      if (file.text[file.position] != '#') {
+        takeSlashes(file);
+      } else if (isAt(file, INCLUDE_MARKER)) {
+        return takeInclude(file);
+      } else if (isAt(file, VERSION_MARKER)) {
         takeVersionLine(file);
-      } else if (file.text[file.position] == '#') {
-        ++file.position;
-      } else if (isInString(file)) {
-        skipString(file);
       } else {
-        takeComment(file);
+        ++file.position;
       }
     }
     handOn(file);
@@ -172,7 +171,8 @@ class Preprocessor {
   }
 
   /// Rule 3.
-  void takeComment(File& file) {
+  void takeSlashes(File& file) {
+    if (isInString(file)) return skipString(file);
     endRun(file);
     const std::size_t begin = file.position;
     sink.comment(begin, takeLine(file));
@@ -270,7 +270,7 @@ class Preprocessor {
   Sink& sink;
   IncludeGuard guard;
   Files storage;
-  std::deque<File> files;    ///< the top file first, each included by the one before it
+  std::list<File> files;     ///< the top file first, each included by the one before it
   std::string includedName;  ///< by the directive at which a scan stopped
 };
 
