@@ -67,6 +67,9 @@ class SlabHeap {
   /// A slab's slots begin here; a multiple of the cache line, so that they share few of them.
   static constexpr std::size_t SLOTS_BEGIN = 64;
 
+  /// The distance, in bytes, at which memory comes in time.
+  static constexpr std::size_t SOON = 1024;
+
   /// A free slot begins with the address of the next one.
   struct Slot {
     Slot* next;
@@ -106,6 +109,7 @@ class SlabHeap {
   };
 
   static std::size_t indexOf(std::size_t size) { return (size - 1) / GRANULE; }
+  static void prefetchToWrite(const char* memory);
   static void* take(Holding& holding, std::size_t sizeIndex);
   static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
   static void* allocateLarge(std::size_t size);
@@ -136,7 +140,11 @@ inline SlabHeap::Slab* SlabHeap::Slab::of(void* slot) {
   return reinterpret_cast<Slab*>(begin);
 }
 
-/// Returns a slot of what the thread holds, or null.
+/// Nothing happens where there is no memory.
+inline void SlabHeap::prefetchToWrite(const char* memory) { __builtin_prefetch(memory, 1); }
+
+/// Returns a slot of what the thread holds, or null. What will be written to soon is fetched into
+/// the cache meanwhile.
 inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
   if (Slot* slot = holding.free) {
     holding.free = slot->next;
@@ -145,6 +153,7 @@ inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
   if (holding.fresh == holding.freshEnd) return nullptr;
   void* slot = holding.fresh;
   holding.fresh += (sizeIndex + 1) * GRANULE;
+  prefetchToWrite(holding.fresh + SOON);
   return slot;
 }
 
