@@ -16,6 +16,7 @@ using Quarry::findNameEnd;
 using Quarry::findNameEndQuickly;
 using Quarry::findNumberEnd;
 using Quarry::findNumberListEnd;
+using Quarry::findStringStop;
 using Quarry::findWordStop;
 using Quarry::hasFractionMark;
 using Quarry::skipSpaces;
@@ -35,6 +36,8 @@ bool isNameByte(char byte) {
 bool isNumberByte(char byte) { return (byte >= '-' && byte <= '<') || byte == 'e'; }
 
 bool isNumberListByte(char byte) { return static_cast<unsigned char>(byte) <= '<' || byte == 'e'; }
+
+bool isStopInString(char byte) { return byte == 0 || std::strchr("\"\\\r\n", byte) != nullptr; }
 
 bool isFractionMark(char byte) { return byte == 'e' || byte == '.'; }
 
@@ -106,6 +109,7 @@ void checkRange(const char* begin, const char* end, const char* readable) {
       << shown;
   EXPECT_EQ(findNameEnd(begin, end), findFirst(begin, end, [](char b) { return !isNameByte(b); }))
       << shown;
+  EXPECT_EQ(findStringStop(begin, end), findFirst(begin, end, isStopInString)) << shown;
   EXPECT_EQ(findNumberListEnd(begin, end),
             findFirst(begin, end, [](char b) { return !isNumberListByte(b); }))
       << shown;

@@ -119,11 +119,11 @@ class WordCutter {
   }
 
   [[gnu::always_inline]] const char* cutString(const char* at) {
-    const char* quote = findAnyOf<'"', '\\', '\n', '\r', '\0'>(at + 1, end);
+    const char* quote = findStringStop(at + 1, end);
     word.hasBackslash = *quote == '\\';
     while (*quote == '\\') {
       quote += quote[1] == '"' ? 2 : 1;
-      quote = findAnyOf<'"', '\\', '\n', '\r', '\0'>(quote, end);
+      quote = findStringStop(quote, end);
     }
     if (*quote != '"' || !isStop(quote + 1)) return cutOther(at);
     word.type = ParserWord::WORD_STRING;

@@ -56,6 +56,14 @@ class Block {
     return bits(_mm_or_si128(_mm_cmpeq_epi8(bytes, splat('.')), _mm_cmpeq_epi8(bytes, splat('e'))));
   }
 
+  /// The bytes that matter within a string, and a few other control characters.
+  unsigned likelyStringStops() const {
+    const __m128i controls = _mm_cmpeq_epi8(_mm_min_epu8(bytes, splat('\r')), bytes);
+    const __m128i quotes = _mm_cmpeq_epi8(bytes, splat('"'));
+    const __m128i backslashes = _mm_cmpeq_epi8(bytes, splat('\\'));
+    return bits(_mm_or_si128(controls, _mm_or_si128(quotes, backslashes)));
+  }
+
   /// The bytes of names.
   unsigned nameBytes() const {
     const __m128i letters = isWithin(_mm_or_si128(bytes, splat(0x20)), 'a', 'z');
@@ -134,6 +142,31 @@ inline const char* findWordStop(const char* at, const char* end) {
   }
 #endif
   while (at != end && !isByteOf(*at, WORD_STOPS))
+    ++at;
+  return at;
+}
+
+/// Tells whether a byte may end a string, or a quote behind it does not: a quote, a backslash, a
+/// line break or a zero byte.
+inline bool isStringStop(char byte) {
+  return byte == '"' || byte == '\\' || byte == '\n' || byte == '\r' || byte == '\0';
+}
+
+/// Returns the first byte of [at, end) that is such, or `end`.
+inline const char* findStringStop(const char* at, const char* end) {
+#ifdef __SSE2__
+  while (end - at >= Block::SIZE) {
+    const unsigned stops = Block(at).likelyStringStops();
+    if (stops == 0) {
+      at += Block::SIZE;
+      continue;
+    }
+    at += firstOf(stops);
+    if (isStringStop(*at)) return at;
+    ++at;
+  }
+#endif
+  while (at != end && !isStringStop(*at))
     ++at;
   return at;
 }
