@@ -55,6 +55,10 @@ class SlabHeap {
   /// @param size as given to allocate(); up to LARGEST, any other size up to LARGEST will do
   static void free(void* memory, std::size_t size) noexcept;
 
+  /// Has the processor fetch what lies `distance` bytes behind a piece and will be written to. It
+  /// need not be anything.
+  static void prefetch(const void* piece, std::ptrdiff_t distance) noexcept;
+
   /// Hands in what this thread has freed and not yet handed in.
   static void flush() noexcept;
 
@@ -68,7 +72,7 @@ class SlabHeap {
   static constexpr std::size_t SLOTS_BEGIN = 64;
 
   /// The distance, in bytes, at which memory comes in time.
-  static constexpr std::size_t SOON = 1024;
+  static constexpr std::ptrdiff_t SOON = 1024;
 
   /// A free slot begins with the address of the next one.
   struct Slot {
@@ -109,7 +113,6 @@ class SlabHeap {
   };
 
   static std::size_t indexOf(std::size_t size) { return (size - 1) / GRANULE; }
-  static void prefetchToWrite(const char* memory);
   static void* take(Holding& holding, std::size_t sizeIndex);
   static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
   static void* allocateLarge(std::size_t size);
@@ -126,6 +129,10 @@ class SlabHeap {
   static constinit thread_local Holdings* mine __attribute__((tls_model("initial-exec")));
 };
 
+inline void SlabHeap::prefetch(const void* piece, std::ptrdiff_t distance) noexcept {
+  __builtin_prefetch(static_cast<const char*>(piece) + distance, 1);
+}
+
 #ifdef QUARRY_PLAIN_HEAP
 
 inline void* SlabHeap::allocate(std::size_t size) { return ::operator new(size); }
@@ -140,9 +147,6 @@ inline SlabHeap::Slab* SlabHeap::Slab::of(void* slot) {
   return reinterpret_cast<Slab*>(begin);
 }
 
-/// Nothing happens where there is no memory.
-inline void SlabHeap::prefetchToWrite(const char* memory) { __builtin_prefetch(memory, 1); }
-
 /// Returns a slot of what the thread holds, or null. What will be written to soon is fetched into
 /// the cache meanwhile.
 inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
@@ -153,7 +157,7 @@ inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
   if (holding.fresh == holding.freshEnd) return nullptr;
   void* slot = holding.fresh;
   holding.fresh += (sizeIndex + 1) * GRANULE;
-  prefetchToWrite(holding.fresh + SOON);
+  prefetch(holding.fresh, SOON);
   return slot;
 }
 

@@ -13,17 +13,21 @@ void TreeRemover::removeItems(detail::ItemList& items) {
   TreeRemover remover;
   for (ParserItem* item : items) {
     remover.removeItem(item);
-    while (remover.waiting != nullptr)
-      remover.removeGroup(*remover.waiting);
+    if (remover.waiting != nullptr) remover.removeGroups();
   }
   remover.removed += items.size();
   items.clear();
   if (remover.removed >= MANY) SlabHeap::flush();
 }
 
+void TreeRemover::removeGroups() {
+  while (waiting != nullptr)
+    removeGroup(*waiting);
+}
+
 /// Removes items in the order of the document, which is the one in which they lie in memory: the
-/// group waits while one in it is removed.
-void TreeRemover::removeGroup(ParserGroup& group) {
+/// group waits while one in it is removed. Inlined, because most groups are small.
+[[gnu::always_inline]] inline void TreeRemover::removeGroup(ParserGroup& group) {
   const detail::ItemList::const_iterator items = group.items.begin();
   const unsigned long count = group.items.size();
   for (unsigned long i = group.removedItems; i < count; ++i) {
@@ -40,10 +44,13 @@ void TreeRemover::removeGroup(ParserGroup& group) {
 
 /// Inlined, because there is hardly more to do for most items than what a call takes. To look at
 /// few values takes no longer than to ask whether one of them owns something; many of them lie in
-/// memory that would have to come into the cache for that.
+/// memory that would have to come into the cache for that. Items lie in the order in which they are
+/// removed, nearly always, so that those to come can be fetched.
 [[gnu::always_inline]] inline void TreeRemover::removeItem(ParserItem* item) {
   constexpr std::uint32_t FEW = 8;
+  constexpr std::ptrdiff_t SOON = 1536;
   if (item == nullptr) return;
+  SlabHeap::prefetch(item, SOON);
   if (item->count <= FEW || item->valuesOwnMemory) releaseValues(*item);
   ParserItem::destroy(item);
 }

@@ -20,6 +20,7 @@ class TreeRemover {
   static void removeItems(detail::ItemList& items);
 
  private:
+  void removeGroups();
   void removeGroup(ParserGroup& group);
   void removeItem(ParserItem* item);
   void releaseValues(ParserItem& item);
