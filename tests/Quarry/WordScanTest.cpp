@@ -11,6 +11,7 @@
 #include <string>
 
 using Quarry::areNameBytes;
+using Quarry::countBeforeZero;
 using Quarry::countSpacesQuickly;
 using Quarry::findNameEnd;
 using Quarry::findNameEndQuickly;
@@ -87,6 +88,8 @@ void checkQuickWays(const char* begin, const char* end) {
   const std::string shown(begin, end);
   const auto isOther = [](char byte) { return byte != ' '; };
   EXPECT_EQ(begin + countSpacesQuickly(begin), findFirst(begin, begin + 32, isOther)) << shown;
+  const auto isZero = [](char byte) { return byte == 0; };
+  EXPECT_EQ(begin + countBeforeZero(begin), findFirst(begin, begin + 16, isZero)) << shown;
   EXPECT_EQ(findNameEndQuickly(begin, end), findNameEnd(begin, end)) << shown;
   const auto isNoNumber = [](char byte) { return !isNumberByte(byte); };
   const char* stop = findFirst(begin, begin + 32, isNoNumber);

@@ -108,6 +108,8 @@ void BinaryReader::leaveOutGroup() {
   if (readGroupSize(length)) pos += length;
 }
 
+// What is read for each item is inlined in one loop.
+
 /// Reads on in the innermost level, up to its end or to a group in it, which is then the innermost.
 BinaryReader::Stop BinaryReader::readLevel() {
   while (true) {
@@ -125,7 +127,7 @@ BinaryReader::Stop BinaryReader::readLevel() {
 /// item = name , size , kind , { value } ;
 ///
 /// The binary form does not tell plain items from keywords, so the item is in neither index.
-bool BinaryReader::openNextItem() {
+[[gnu::always_inline]] inline bool BinaryReader::openNextItem() {
   const std::string_view name = readString();
   if (name.empty()) {
     warn(Messages::itemNameNotRead);
@@ -171,7 +173,7 @@ unsigned long BinaryReader::guessValues(unsigned long frameEnd) const {
 }
 
 /// Reads the values of the current item, up to its end or to a group.
-BinaryReader::Stop BinaryReader::readValues() {
+[[gnu::always_inline]] inline BinaryReader::Stop BinaryReader::readValues() {
   ParserItem& item = *level.item;
   while (pos < level.itemEnd) {
     if (!has(TAG_BYTES)) return Stop::BROKEN;
@@ -249,7 +251,7 @@ void BinaryReader::makeBlock(void* place) {
 
 // --- Numbers and bytes ---------------------------------------------------------------------------
 
-std::string_view BinaryReader::readString() {
+std::string_view BinaryReader::readLongString() {
   const char* begin = bytes + pos;
   const char* end = findAnyOf<'\0'>(begin, bytes + size);
   if (end == bytes + size) {

@@ -4,6 +4,7 @@
 #include <Quarry/ParserLimits.h>
 
 #include "BinaryNumber.h"
+#include "WordScan.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -75,7 +76,13 @@ class BinaryReader {
 
   /// Reads bytes up to a zero byte, and that. Without one, moves to the end, warns, and returns
   /// none. They lie in the source.
-  std::string_view readString();
+  std::string_view readString() {
+    if (!has(LONGEST_BEFORE_ZERO + 1)) return readLongString();
+    const unsigned length = countBeforeZero(bytes + pos);
+    if (length > LONGEST_BEFORE_ZERO) return readLongString();
+    pos += length + 1;
+    return {bytes + pos - length - 1, length};
+  }
 
   /// Reads a size and as many bytes. Where fewer are left, moves to the end, warns, and returns
   /// null with size 0.
@@ -98,6 +105,7 @@ class BinaryReader {
   bool openGroup(ParserGroup& group);
   bool readGroupSize(unsigned long& length);
   void leaveOutGroup();
+  std::string_view readLongString();
   Stop readLevel();
   bool openNextItem();
   bool openFrame(std::string_view name, unsigned long& frameEnd);

@@ -126,6 +126,22 @@ inline unsigned countSpacesQuickly(const char* at) {
 #endif
 }
 
+/// A zero byte that comes later is not found.
+constexpr unsigned LONGEST_BEFORE_ZERO = 15;
+
+/// Returns how many bytes stand before the first zero byte at `at`, where at least 16 bytes are
+/// left; more than LONGEST_BEFORE_ZERO when none is among these.
+inline unsigned countBeforeZero(const char* at) {
+#ifdef __SSE2__
+  return firstOf(Block(at).equal('\0') | (WHOLE_BLOCK + 1));
+#else
+  unsigned count = 0;
+  while (count <= LONGEST_BEFORE_ZERO && at[count] != '\0')
+    ++count;
+  return count;
+#endif
+}
+
 /// Returns the first byte of [at, end) that is a blank, a line break, a delimiter or a quote, or
 /// `end`.
 inline const char* findWordStop(const char* at, const char* end) {
