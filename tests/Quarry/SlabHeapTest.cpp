@@ -183,3 +183,17 @@ TEST(SlabHeapDeathTest, MoreThanCanBeAddressedIsRefused) {
 }
 
 #endif
+
+// --- For vectors ---------------------------------------------------------------------------------
+
+TEST(SlabAllocatorTest, ANumberOfBytesThatDoesNotFitIsRefused) {
+  constexpr std::size_t COUNT = static_cast<std::size_t>(-1) / sizeof(double) + 2;  // 8 bytes, cut
+  EXPECT_THROW(Quarry::SlabAllocator<double>().allocate(COUNT), std::bad_alloc);
+}
+
+TEST(SlabAllocatorTest, AVectorHasItsMemoryFromTheHeap) {
+  std::vector<double, Quarry::SlabAllocator<double>> numbers(100, 1.5);
+  numbers.resize(1000, 2.5);
+  EXPECT_EQ(numbers.front(), 1.5);
+  EXPECT_EQ(numbers.back(), 2.5);
+}
