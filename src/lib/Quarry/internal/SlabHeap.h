@@ -55,8 +55,8 @@ class SlabHeap {
   /// @param size as given to allocate(); up to LARGEST, any other size up to LARGEST will do
   static void free(void* memory, std::size_t size) noexcept;
 
-  /// Has the processor fetch what lies `distance` bytes behind a piece and will be written to. It
-  /// need not be anything.
+  /// Has the processor fetch what lies `distance` bytes behind a piece, because it will be written
+  /// to soon. Nothing need be there.
   static void prefetch(const void* piece, std::ptrdiff_t distance) noexcept;
 
   /// Hands in what this thread has freed and not yet handed in.
