@@ -131,7 +131,7 @@ inline ParserItem::ParserItem(std::string_view itemName, const char* readable, T
       column(static_cast<std::uint32_t>(place.column)),
       type(itemType),
       folding(false) {
-  if ((place.line | place.column) > UINT32_MAX) saturate(place);
+  if (std::uint64_t{place.line | place.column} > UINT32_MAX) saturate(place);
 }
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
