@@ -131,7 +131,8 @@ inline ParserItem::ParserItem(std::string_view itemName, const char* readable, T
       column(static_cast<std::uint32_t>(place.column)),
       type(itemType),
       folding(false) {
-  if (std::uint64_t{place.line | place.column} > UINT32_MAX) saturate(place);
+  const unsigned long greater = place.line | place.column;
+  if (greater != static_cast<std::uint32_t>(greater)) saturate(place);
 }
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
