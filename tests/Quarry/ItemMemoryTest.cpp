@@ -5,6 +5,7 @@
 #include <Quarry/internal/TreeParts.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -62,6 +63,7 @@ TEST(ItemMemoryTest, ThePlaceOfAGroupStaysTheCallersWhenMakingItFails) {
 // --- Lists ---------------------------------------------------------------------------------------
 
 TEST(ItemMemoryTest, AListLongerThanAllMemoryIsRefused) {
-  constexpr std::size_t LONGEST = std::numeric_limits<std::uint32_t>::max();
-  EXPECT_THROW(ItemList().reserve(LONGEST + 1), std::bad_alloc);
+  constexpr std::uint64_t LONGEST = std::numeric_limits<std::uint32_t>::max();
+  constexpr std::uint64_t MOST = std::numeric_limits<std::size_t>::max();
+  EXPECT_THROW(ItemList().reserve(std::min(LONGEST + 1, MOST)), std::bad_alloc);
 }

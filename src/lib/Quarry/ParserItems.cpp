@@ -65,8 +65,9 @@ ParserItems filter(Plinth::Collection<ParserItem*> collection,
 // --- The list ------------------------------------------------------------------------------------
 
 void detail::ItemList::reserve(std::size_t wanted) {
+  constexpr std::size_t MOST = std::min<std::size_t>(UINT32_MAX, SIZE_MAX / PLACE_SIZE);
   if (wanted <= capacity) return;
-  if (wanted > UINT32_MAX) throw std::bad_alloc();
+  if (wanted > MOST) throw std::bad_alloc();
   auto* list = static_cast<ParserItem**>(SlabHeap::allocate(wanted * PLACE_SIZE));
   std::copy(begin(), end(), list);
   freePlaces();
