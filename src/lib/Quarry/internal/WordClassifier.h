@@ -53,8 +53,8 @@ class WordClassifier {
     return isBool ? ParserWord::WORD_BOOL : ParserWord::WORD_IDENTIFIER;
   }
 
-  /// What begins with a digit is a decimal number, whatever follows, unless that is the `x` behind a
-  /// zero.
+  /// What begins with a digit is a decimal number, whatever follows, unless that is the `x` behind
+  /// a zero.
   static bool isDecimal(const char* firstDigit, const char* end) {
     return (firstDigit[1] | 0x20) != 'x' || *firstDigit != '0' || firstDigit + 1 == end;
   }
