@@ -278,7 +278,7 @@ inline bool hasFractionMark(const char* begin, const char* end, const char* read
 #ifdef __SSE2__
   if (end - begin <= Block::SIZE && readable - begin >= Block::SIZE) {
     const Block block(begin);
-    const unsigned marks = block.equal('.') | block.equal('e');
+    const unsigned marks = block.fractionMarks();
     return (marks & ((1U << (end - begin)) - 1)) != 0;
   }
 #else
