@@ -3,7 +3,6 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 #include <Quarry/ParserWord.h>
-#include <Quarry/internal/StringText.h>
 
 #include <gtest/gtest.h>
 
@@ -181,8 +180,7 @@ TEST(ParserValueStringTextTest, EveryStringIsReadBackAsItWas) {
       text += second;
     }
   }
-  std::string quoted;
-  Quarry::appendQuoted(quoted, text);
+  const std::string quoted = textOf(ParserValue(text));
   EXPECT_EQ(ParserWord(quoted, true, 1.1).getString(), "\"" + text + "\"");
 }
 

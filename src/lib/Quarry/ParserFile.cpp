@@ -207,9 +207,9 @@ double ParserFile::preprocessFile(std::string& out, const std::string& file,
 
 std::vector<char> ParserFile::getBinary() const {
   std::vector<char> data(BINARY_TAG.begin(), BINARY_TAG.end());
-  BinaryWriter writer(data);
+  BinaryWriter writer;
   writer.writeGroup(*root);
-  writer.finish();
+  writer.appendTo(data);
   return data;
 }
 

@@ -8,6 +8,7 @@
 #include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
 #include "internal/NameIndex.h"
+#include "internal/OutputBuffer.h"
 #include "internal/ParserWordStream.h"
 #include "internal/TextReader.h"
 #include "internal/TextWriter.h"
@@ -283,7 +284,9 @@ void ParserGroup::clear() {
 
 void ParserGroup::getText(std::string& text, const bool& braces, const bool& multiline,
                           const unsigned long& indent) const {
-  TextWriter(text, multiline).writeGroup(*this, braces, indent);
+  OutputBuffer written;
+  TextWriter(written, multiline).writeGroup(*this, braces, indent);
+  written.appendTo(text);
 }
 
 bool ParserGroup::setText(const std::string& text, const double& version) {
@@ -298,9 +301,9 @@ bool ParserGroup::setText(ParserWordStream& stream) { return readText(stream, *t
 std::vector<char> ParserGroup::getBinary(const bool& withName) const {
   std::vector<char> buffer;
   if (withName) ParserValue::stringToBin(buffer, getName());
-  BinaryWriter writer(buffer);
+  BinaryWriter writer;
   writer.writeGroup(*this);
-  writer.finish();
+  writer.appendTo(buffer);
   return buffer;
 }
 

@@ -195,6 +195,8 @@ class QUARRY_EXPORT ParserGroup {
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
+  template <class Output>
+  friend class TextWriter;
   template <class Visitor>
   friend class TreeWalker;
 

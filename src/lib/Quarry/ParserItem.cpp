@@ -8,6 +8,7 @@
 #include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
 #include "internal/NameIndex.h"
+#include "internal/OutputBuffer.h"
 #include "internal/StringText.h"
 #include "internal/TextWriter.h"
 #include "internal/TreeParts.h"
@@ -377,21 +378,25 @@ void ParserItem::reset() {
 
 void ParserItem::getText(std::string& out, const bool& multiline,
                          const unsigned long& indent) const {
-  TextWriter(out, multiline).writeItem(*this, indent);
+  OutputBuffer text;
+  TextWriter(text, multiline).writeItem(*this, indent);
+  text.appendTo(out);
 }
 
 void ParserItem::getValueText(std::string& out, const bool& multiline,
                               const unsigned long& indent) const {
-  TextWriter(out, multiline).writeValues(*this, indent);
+  OutputBuffer text;
+  TextWriter(text, multiline).writeValues(*this, indent);
+  text.appendTo(out);
 }
 
 // --- Binary --------------------------------------------------------------------------------------
 
 std::vector<char> ParserItem::getBinary() const {
   std::vector<char> buffer;
-  BinaryWriter writer(buffer);
+  BinaryWriter writer;
   writer.writeItem(*this);
-  writer.finish();
+  writer.appendTo(buffer);
   return buffer;
 }
 

@@ -276,10 +276,11 @@ class QUARRY_EXPORT ParserItem {
   friend class BinaryWriter;
   friend class NameIndex;
   friend class ParserGroup;
-  friend class TextWriter;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
+  template <class Output>
+  friend class TextWriter;
   template <class Visitor>
   friend class TreeWalker;
 

@@ -10,6 +10,7 @@
 #include "internal/BinaryWriter.h"
 #include "internal/Messages.h"
 #include "internal/NumberText.h"
+#include "internal/OutputBuffer.h"
 #include "internal/StringText.h"
 #include "internal/TreeParts.h"
 
@@ -350,13 +351,17 @@ void ParserValue::getText(std::string& out, const bool& multiline,
 }
 
 /// The text of a value that was cleared is empty; a string keeps its quotes and so reads back.
-void ParserValue::appendText(std::string& out) const {
+void ParserValue::appendText(OutputBuffer& out) const {
   if (!textValid && dataValid) makeText();
-  if (type == TYPE_STRING) {
-    appendQuoted(out, getBytes());
-  } else {
-    out += getBytes();
-  }
+  if (type == TYPE_STRING) return appendQuoted(out, getBytes());
+  if (textLength > CONTENT_TEXT) return out.append(getBytes());
+  out.appendShort<CONTENT_TEXT>(inlineText(), textLength);
+}
+
+void ParserValue::appendText(std::string& out) const {
+  OutputBuffer text;
+  appendText(text);
+  text.appendTo(out);
 }
 
 /// Characters, integers and doubles become one raw byte. The format has written them so from the
@@ -386,12 +391,10 @@ void ParserValue::wordToBinaryData(void*& data, unsigned long& size, const Parse
 
 void ParserValue::getBinary(std::vector<char>& buffer, unsigned long& count,
                             const bool& withTag) const {
-  const unsigned long before = buffer.size();
-  BinaryWriter writer(buffer);
+  BinaryWriter writer;
   if (withTag) writer.writeTag(*this);
   writer.writePayload(*this);
-  writer.finish();
-  count += buffer.size() - before;
+  count += writer.appendTo(buffer);
 }
 
 unsigned long ParserValue::boolToBin(std::vector<char>& buffer, const bool& value) {
@@ -457,11 +460,9 @@ void* ParserValue::binToBinaryData(const std::vector<char>& buffer, unsigned lon
 }
 
 unsigned long ParserValue::groupToBin(std::vector<char>& buffer, const ParserGroup& group) {
-  const unsigned long before = buffer.size();
-  BinaryWriter writer(buffer);
+  BinaryWriter writer;
   writer.writeGroup(group);
-  writer.finish();
-  return buffer.size() - before;
+  return writer.appendTo(buffer);
 }
 
 ParserValue* ParserValue::binTovalue(const std::vector<char>& buffer, unsigned long& pos) {

@@ -13,6 +13,7 @@
 
 namespace Quarry {
 
+class OutputBuffer;
 class ParserGroup;
 class ParserWord;
 
@@ -253,10 +254,11 @@ class QUARRY_EXPORT ParserValue {
   friend class BinaryReader;
   friend class BinaryWriter;
   friend class ParserItem;
-  friend class TextWriter;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
+  template <class Output>
+  friend class TextWriter;
   template <class Visitor>
   friend class TreeWalker;
 
@@ -342,6 +344,7 @@ class QUARRY_EXPORT ParserValue {
   QUARRY_HIDDEN void freeLongText() const noexcept;
   QUARRY_HIDDEN void makeText() const;
   void appendText(std::string& out) const;
+  QUARRY_HIDDEN void appendText(OutputBuffer& out) const;
 
   Type type;
   mutable bool dataValid;           ///< there is data (a string's may still lie as text)

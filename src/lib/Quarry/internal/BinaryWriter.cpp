@@ -18,7 +18,7 @@ constexpr unsigned ITEM_KIND = 0;
 // --- Entries -------------------------------------------------------------------------------------
 
 void BinaryWriter::writeGroup(const ParserGroup& group) {
-  TreeWalker(*this).walkGroup(group, openSize());
+  TreeWalker(*this).walkGroup(group, openFrame());
 }
 
 void BinaryWriter::writeItem(const ParserItem& item) {
@@ -26,20 +26,19 @@ void BinaryWriter::writeItem(const ParserItem& item) {
 }
 
 void BinaryWriter::writeTag(const ParserValue& value) {
-  out.appendNumber<TAG_BYTES>(static_cast<std::uint64_t>(value.type));
+  writeNumber<TAG_BYTES>(static_cast<std::uint64_t>(value.type));
 }
 
 /// Numbers are converted from their text where there is only that.
 void BinaryWriter::writePayload(const ParserValue& value) {
   switch (value.type) {
     case ParserValue::TYPE_GROUP: return writeGroupValue(value);
-    case ParserValue::TYPE_BOOL: return out.appendNumber<BOOL_BYTES>(value.getAsBool() ? 1 : 0);
+    case ParserValue::TYPE_BOOL: return writeNumber<BOOL_BYTES>(value.getAsBool() ? 1 : 0);
     case ParserValue::TYPE_CHAR:
-      return out.appendNumber<CHAR_BYTES>(static_cast<unsigned char>(value.getAsChar()));
+      return writeNumber<CHAR_BYTES>(static_cast<unsigned char>(value.getAsChar()));
     case ParserValue::TYPE_INT:
-      return out.appendNumber<INT_BYTES>(static_cast<unsigned>(value.getAsInt()));
-    case ParserValue::TYPE_DOUBLE:
-      return out.appendNumber<DOUBLE_BYTES>(toBits(value.getAsDouble()));
+      return writeNumber<INT_BYTES>(static_cast<unsigned>(value.getAsInt()));
+    case ParserValue::TYPE_DOUBLE: return writeNumber<DOUBLE_BYTES>(toBits(value.getAsDouble()));
     case ParserValue::TYPE_STRING: return writeString(value.getAsBytes());
     case ParserValue::TYPE_BINARYDATA: return writeBlock(value);
     case ParserValue::TYPE_EMPTY: return;
@@ -50,9 +49,9 @@ void BinaryWriter::writePayload(const ParserValue& value) {
 
 BinaryWriter::ItemMark BinaryWriter::beginItem(const ParserItem& item, GroupMark) {
   writeString(item.name.get());
-  const ItemMark begin = openSize();
-  out.appendNumber<KIND_BYTES>(ITEM_KIND);
-  return begin;
+  const Frame frame = openFrame();
+  writeNumber<KIND_BYTES>(ITEM_KIND);
+  return frame;
 }
 
 void BinaryWriter::value(const ParserItem&, unsigned long, const ParserValue& value) {
@@ -62,34 +61,32 @@ void BinaryWriter::value(const ParserItem&, unsigned long, const ParserValue& va
 
 BinaryWriter::GroupMark BinaryWriter::beginGroup(const ParserItem&, unsigned long,
                                                  const ParserGroup&, GroupMark) {
-  out.appendNumber<TAG_BYTES>(ParserValue::TYPE_GROUP);
-  return openSize();
+  writeNumber<TAG_BYTES>(ParserValue::TYPE_GROUP);
+  return openFrame();
 }
-
-void BinaryWriter::endItem(const ParserItem&, ItemMark begin) { closeSize(begin); }
 
 // --- Pieces --------------------------------------------------------------------------------------
 
-/// Leaves room for a size and returns the offset behind it.
-unsigned long BinaryWriter::openSize() {
-  out.appendNumber<SIZE_BYTES>(0);
-  return out.getSize();
+/// Leaves room for a size.
+BinaryWriter::Frame BinaryWriter::openFrame() {
+  char* size = out.claim(SIZE_BYTES);
+  return {size, out.size()};
 }
 
-/// Fills in the size of what was written since `begin`.
-void BinaryWriter::closeSize(unsigned long begin) {
-  out.setSize(begin - SIZE_BYTES, out.getSize() - begin);
+/// Fills in the size of what was written since.
+void BinaryWriter::closeFrame(const Frame& frame) {
+  storeNumber<SIZE_BYTES>(frame.size, out.size() - frame.begin);
 }
 
 void BinaryWriter::writeString(std::string_view text) {
   out.append(text);
-  out.appendNumber<1>(0);
+  out.push_back('\0');
 }
 
 void BinaryWriter::writeBlock(const ParserValue& value) {
   unsigned long size = 0;
   const char* bytes = static_cast<const char*>(value.getAsBinaryData(size));
-  out.appendNumber<SIZE_BYTES>(size);
+  writeNumber<SIZE_BYTES>(size);
   out.append({bytes, size});
 }
 
@@ -98,7 +95,7 @@ void BinaryWriter::writeGroupValue(const ParserValue& value) {
   if (const ParserGroup* group = value.getGroup()) {
     writeGroup(*group);
   } else {
-    out.appendNumber<SIZE_BYTES>(0);
+    writeNumber<SIZE_BYTES>(0);
   }
 }
 

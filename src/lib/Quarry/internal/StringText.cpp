@@ -1,6 +1,7 @@
 #include "StringText.h"
 
 #include "ByteSearch.h"
+#include "OutputBuffer.h"
 
 namespace Quarry {
 
@@ -29,19 +30,19 @@ char resolve(char escaped) {
 
 }  // namespace
 
-void appendQuoted(std::string& out, std::string_view text) {
-  out += '"';
+void appendQuoted(OutputBuffer& out, std::string_view text) {
+  out.push_back('"');
   const char* runBegin = text.data();
   const char* end = runBegin + text.size();
   for (;;) {
     const char* found = findAnyOf<'\r', '\t', '\n', '\'', '"', ESCAPE>(runBegin, end);
-    out.append(runBegin, found);
+    out.append({runBegin, found});
     if (found == end) break;
-    out += ESCAPE;
-    out += escapeOf(*found);
+    out.push_back(ESCAPE);
+    out.push_back(escapeOf(*found));
     runBegin = found + 1;
   }
-  out += '"';
+  out.push_back('"');
 }
 
 void appendUnescaped(std::string& out, std::string_view text) {

@@ -30,16 +30,16 @@ class TreeWalker {
 
   /// Walks the items of a group, and ends it.
   void walkGroup(const ParserGroup& group, GroupMark mark) {
-    openGroup(group, mark);
-    run();
+    level = {&group, mark, 0, nullptr, ItemMark(), 0};
+    walkItems();
   }
 
   /// Walks the values of an item, and ends it.
   /// @param groupMark stands for the group around the item
   void walkItem(const ParserItem& item, GroupMark groupMark, ItemMark itemMark) {
-    levels.push_back({nullptr, groupMark, 0, nullptr, itemMark, 0});
-    openItem(item, itemMark);
-    run();
+    level = {nullptr, groupMark, 0, &item, itemMark, 0};
+    walkValues();
+    walkItems();
   }
 
   /// Tells whether an item is written between fold markers where it is a group: nobody else can.
@@ -51,49 +51,39 @@ class TreeWalker {
     const ParserGroup* group;  ///< null around a lone item
     GroupMark groupMark;
     unsigned long nextItem;
-    const ParserItem* item;  ///< null between two items
+    const ParserItem* item;
     ItemMark itemMark;
     unsigned long nextValue;
   };
 
-  void run() {
-    while (!levels.empty()) {
-      if (levels.back().item == nullptr) {
-        walkNextItem();
-      } else {
+  /// Walks the items that are left of the innermost group and those around it.
+  void walkItems() {
+    do {
+      while (const ParserItem* item = takeItem()) {
+        level.itemMark = visitor.beginItem(*item, level.groupMark);
+        level.item = item;
+        level.nextValue = 0;
         walkValues();
       }
-    }
+      if (level.group != nullptr) visitor.endGroup(level.groupMark);
+    } while (leaveGroup());
   }
 
-  void walkNextItem() {
-    Level& level = levels.back();
-    if (const ParserItem* item = takeItem(level)) {
-      openItem(*item, visitor.beginItem(*item, level.groupMark));
-      return;
-    }
-    const Level ended = level;
-    levels.pop_back();
-    if (ended.group != nullptr) visitor.endGroup(ended.groupMark);
-  }
-
-  /// Walks the values of the current item, up to a group that has to be walked first.
+  /// Walks the values that are left of the current item, and ends it. Where one of them is a group,
+  /// that is the innermost one now and has to be walked first.
   void walkValues() {
-    Level& level = levels.back();
     const ParserItem& item = *level.item;
     while (level.nextValue < item.count) {
       const unsigned long index = level.nextValue++;
       const ParserValue& value = item.values[index];
-      if (const ParserGroup* group = value.getGroup()) {
-        return openGroup(*group, visitor.beginGroup(item, index, *group, level.groupMark));
-      }
+      if (const ParserGroup* group = value.getGroup()) return enterGroup(*group, index);
       visitor.value(item, index, value);
     }
-    level.item = nullptr;
     visitor.endItem(item, level.itemMark);
   }
 
-  static const ParserItem* takeItem(Level& level) {
+  /// Returns the next item of the innermost group, or null.
+  const ParserItem* takeItem() {
     if (level.group == nullptr) return nullptr;
     const detail::ItemList& items = level.group->items;
     while (level.nextItem < items.size()) {
@@ -102,19 +92,25 @@ class TreeWalker {
     return nullptr;
   }
 
-  void openGroup(const ParserGroup& group, GroupMark mark) {
-    levels.push_back({&group, mark, 0, nullptr, ItemMark(), 0});
+  /// @param index of the value of the current item that holds the group
+  void enterGroup(const ParserGroup& group, unsigned long index) {
+    const GroupMark mark = visitor.beginGroup(*level.item, index, group, level.groupMark);
+    outer.push_back(level);
+    level = {&group, mark, 0, nullptr, ItemMark(), 0};
   }
 
-  void openItem(const ParserItem& item, ItemMark mark) {
-    Level& level = levels.back();
-    level.item = &item;
-    level.itemMark = mark;
-    level.nextValue = 0;
+  /// Goes on with the item around the group that has ended. Returns false where none is.
+  bool leaveGroup() {
+    if (outer.empty()) return false;
+    level = outer.back();
+    outer.pop_back();
+    walkValues();
+    return true;
   }
 
   Visitor& visitor;
-  std::vector<Level> levels;
+  Level level = {};
+  std::vector<Level> outer;
 };
 
 }  // namespace Quarry

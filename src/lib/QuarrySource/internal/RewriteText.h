@@ -40,9 +40,11 @@ struct RewritePart {
 /// apart what a comment would join. So the text is indented to the second level only: it is as long
 /// as the tree is large, and not as its depth is.
 class RewriteText {
+  using Writer = TextWriter<std::string>;
+
  public:
   explicit RewriteText(const ParserGroup& root) : text(VERSION_LINE), writer(text, true) {
-    TreeWalker(*this).walkGroup(root, TextWriter::GroupMark());
+    TreeWalker(*this).walkGroup(root, GroupMark());
   }
   RewriteText(const RewriteText&) = delete;
   RewriteText& operator=(const RewriteText&) = delete;
@@ -64,9 +66,9 @@ class RewriteText {
 
   // --- What the walk tells -----------------------------------------------------------------------
 
-  using GroupMark = TextWriter::GroupMark;
+  using GroupMark = Writer::GroupMark;
   struct ItemMark {
-    TextWriter::ItemMark written;
+    Writer::ItemMark written;
     unsigned long part = 0;
   };
 
@@ -76,7 +78,7 @@ class RewriteText {
     part.owner = openItems.empty() ? RewritePart::NONE : openItems.back();
     part.depth = openItems.size();
     part.begin = text.size();
-    const TextWriter::ItemMark written = writer.beginItem(item, group);
+    const Writer::ItemMark written = writer.beginItem(item, group);
     part.isFolded = written.folded;
     openItems.push_back(parts.size());
     parts.push_back(part);
@@ -125,7 +127,7 @@ class RewriteText {
   }
 
   std::string text;
-  TextWriter writer;
+  Writer writer;
   std::vector<RewritePart> parts;
   std::vector<unsigned long> openItems;  ///< the parts of the items that are being written
 };
