@@ -198,18 +198,27 @@ void* ParserValue::getAsBinaryData(unsigned long& size) const {
   return nullptr;
 }
 
-/// A text that reaches into the place of the data stays there: the data is then made anew each
-/// time.
 void ParserValue::makeValue() const {
-  if (dataValid || !hasText() || type == TYPE_EMPTY) return;
-  if (type != TYPE_STRING) {
-    if (textLength > SLOT_TEXT && textLength <= CONTENT_TEXT) return;
-    content.data = convert();
+  if (!hasText() || type == TYPE_EMPTY) return;
+  if (type == TYPE_STRING) {
+    dataValid = true;
+  } else if (!dataValid) {
+    makeData();
   }
-  dataValid = true;
 }
 
-/// Makes the data of a number or bool from its text.
+/// Makes the data of a number or bool from its text, and keeps it. Only a text that reaches into
+/// the place of the data stays there: the data is then made anew each time.
+ParserValue::Data ParserValue::makeData() const {
+  const Data data = convert();
+  if (textLength <= SLOT_TEXT || textLength > CONTENT_TEXT) {
+    content.data = data;
+    dataValid = true;
+  }
+  return data;
+}
+
+/// Converts the text of a number or bool.
 ParserValue::Data ParserValue::convert() const {
   const std::string_view text = getBytes();
   const bool isInline = textLength <= CONTENT_TEXT;
@@ -233,9 +242,8 @@ bool ParserValue::isNumeric(const char* operation) const {
 
 /// Every bool, character and integer is a double without loss.
 double ParserValue::getNumber() const {
-  makeValue();
   if (!dataValid && !textValid) return 0.0;
-  const Data data = dataValid ? content.data : convert();
+  const Data data = dataValid ? content.data : makeData();
   switch (type) {
     case TYPE_BOOL: return data.boolean ? 1.0 : 0.0;
     case TYPE_CHAR: return toInt(data.character);

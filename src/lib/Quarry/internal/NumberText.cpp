@@ -113,11 +113,17 @@ std::uint64_t joinDigits(std::uint64_t digits, std::size_t count) {
   return digits * (1 + (10'000ULL << 32)) >> 32;
 }
 
-/// Appends up to eight bytes to a number, and tells whether all of them are digits. Eight are read.
-bool appendDigits(std::uint64_t& number, const char* at, std::size_t count) {
-  const std::uint64_t digits = loadDigits(at);
-  number = number * POWERS_OF_TEN[count] + joinDigits(digits, count);
+/// Tells whether the first `count` of eight bytes are digits, more than none.
+bool areDigits(std::uint64_t digits, std::size_t count) {
   return findOthers(digits << BITS * (GROUP - count)) == 0;
+}
+
+/// Appends the `count` bytes before `end` to a number, up to eight, and tells whether all of them
+/// are digits. Eight are read.
+bool appendDigits(std::uint64_t& number, const char* end, std::size_t count) {
+  const std::uint64_t digits = loadDigits(end - GROUP) >> BITS * (GROUP - count);
+  number = number * POWERS_OF_TEN[count] + joinDigits(digits, count);
+  return areDigits(digits, count);
 }
 
 // --- Plain numbers -------------------------------------------------------------------------------
@@ -133,65 +139,95 @@ struct Decimal {
 /// @param readable bytes up to here may be read
 [[gnu::always_inline]] inline bool readDecimal(const char* at, const char* end,
                                                const char* readable, Decimal& decimal) {
-  constexpr std::size_t TWO_GROUPS = 2 * GROUP;
-  const auto bytesFrom = [](const char* from, const char* to) {
-    return static_cast<std::size_t>(to - from);
-  };
-  if (bytesFrom(at, readable) < TWO_GROUPS || at == end) return false;
-  std::size_t rest = bytesFrom(at, end);
-  const std::uint64_t first = loadDigits(at);
+  constexpr std::size_t MOST_READ = 2 * GROUP;
+  if (readable - at < static_cast<std::ptrdiff_t>(MOST_READ) || at == end) return false;
+  auto count = static_cast<std::size_t>(end - at);
+  std::uint64_t first = loadDigits(at);
   const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(first))) / BITS;
-  if (rest <= whole) {
-    decimal.digits = joinDigits(first, rest);
+  if (count <= whole) {
+    decimal.digits = joinDigits(first, count);
     return true;
   }
-  const bool hasPoint = whole >= 1 && whole < GROUP && at[whole] == '.';
-  if (!hasPoint && whole < GROUP) return false;
-  decimal.digits = joinDigits(first, whole);
-  at += whole + (hasPoint ? 1 : 0);
-  if (at == end) return false;
-  rest = bytesFrom(at, end);
-  if (hasPoint) decimal.fraction = rest;
-  if (rest <= GROUP) return appendDigits(decimal.digits, at, rest);
-  const bool isShort = rest <= TWO_GROUPS && whole + rest <= MOST_DIGITS;
-  if (!isShort || bytesFrom(at, readable) < TWO_GROUPS) return false;
-  const bool areFirst = appendDigits(decimal.digits, at, GROUP);
-  const bool areOthers = appendDigits(decimal.digits, at + GROUP, rest - GROUP);
-  return areFirst && areOthers;
+  if (whole < GROUP) {
+    if (whole == 0 || at[whole] != '.' || count == whole + 1) return false;
+    const std::uint64_t beforePoint = (std::uint64_t{1} << BITS * whole) - 1;
+    first = (first & beforePoint) | (loadDigits(at + 1) & ~beforePoint);
+    --count;
+    decimal.fraction = count - whole;
+  }
+  if (count <= GROUP) {
+    decimal.digits = joinDigits(first, count);
+    return areDigits(first, count);
+  }
+  if (count > MOST_DIGITS) return false;
+  decimal.digits = joinDigits(first, GROUP);
+  bool isNumber = areDigits(first, GROUP);
+  std::size_t rest = count - GROUP;
+  if (rest > GROUP) {
+    rest -= GROUP;
+    isNumber = appendDigits(decimal.digits, end - rest, GROUP) && isNumber;
+  }
+  return appendDigits(decimal.digits, end, rest) && isNumber;
 }
 
 #ifdef __SIZEOF_INT128__
 
 __extension__ typedef unsigned __int128 Wide;  // NOLINT(modernize-use-using): so that it may be
 
-/// A power of ten, shifted so that its highest bit is set.
+/// A power of ten, shifted so that its highest bit is set, and what to multiply with instead of
+/// dividing by it: 2^127 - 1 divided by it, rounded down.
 struct Divisor {
   std::uint64_t number;
+  std::uint64_t inverse;
   int shift;
 };
 
 constexpr auto DIVISORS = [] {
+  constexpr int INVERSE_SHIFT = 127;
   std::array<Divisor, MOST_DIGITS + 1> divisors{};
   for (std::size_t i = 0; i < divisors.size(); ++i) {
     const int shift = std::countl_zero(POWERS_OF_TEN[i]);
-    divisors[i] = {POWERS_OF_TEN[i] << shift, shift};
+    const std::uint64_t number = POWERS_OF_TEN[i] << shift;
+    const Wide inverse = ((static_cast<Wide>(1) << INVERSE_SHIFT) - 1) / number;
+    divisors[i] = {number, static_cast<std::uint64_t>(inverse), shift};
   }
   return divisors;
 }();
 
+/// Returns dividend * 2^62 / divisor, rounded down but for the lowest bit: that tells whether there
+/// was a remainder.
+std::int64_t divideExactly(std::uint64_t dividend, const Divisor& divisor) {
+  constexpr int SHIFT = 62;
+  const Wide shifted = static_cast<Wide>(dividend) << SHIFT;
+  const auto quotient = static_cast<std::uint64_t>(shifted / divisor.number);
+  const bool hasRemainder = static_cast<Wide>(quotient) * divisor.number != shifted;
+  return static_cast<std::int64_t>(quotient | (hasRemainder ? 1 : 0));
+}
+
+/// The same, with any lowest bits that do not change what it is rounded to.
+///
+/// The product with the inverse is the quotient or one less. A double takes all but the lowest 9 or
+/// 10 bits of it; which way it is rounded is certain unless the 8 lowest are all 0 or all 1.
+std::int64_t divideQuickly(std::uint64_t dividend, const Divisor& divisor) {
+  constexpr int SHIFT = 65;
+  constexpr std::uint64_t LOWEST = 0xFF;
+  const auto quotient =
+      static_cast<std::uint64_t>(static_cast<Wide>(dividend) * divisor.inverse >> SHIFT);
+  if (((quotient + 1) & LOWEST) <= 1) return divideExactly(dividend, divisor);
+  return static_cast<std::int64_t>(quotient | 1);
+}
+
 /// Returns the nearest double of a number that has more digits than a double.
 ///
-/// It is divided by a power of ten, both shifted so that the quotient has more bits than a double.
-/// The lowest bit tells whether there was a remainder, and so the one conversion rounds right.
+/// It is divided by a power of ten, both shifted so that the quotient has more bits than a double,
+/// and so the one conversion rounds right.
 double divide(const Decimal& decimal) {
   constexpr int SHIFT = 62;
   constexpr int EXPONENT_BIAS = 1023;
   constexpr int MANTISSA_BITS = 52;
   const Divisor& divisor = DIVISORS[decimal.fraction];
   const int shift = std::countl_zero(decimal.digits);
-  const auto dividend = static_cast<Wide>(decimal.digits << shift) << SHIFT;
-  auto quotient = static_cast<std::int64_t>(dividend / divisor.number);
-  if (static_cast<Wide>(quotient) * divisor.number != dividend) quotient |= 1;
+  const std::int64_t quotient = divideQuickly(decimal.digits << shift, divisor);
   const int exponent = EXPONENT_BIAS + divisor.shift - shift - SHIFT;
   return static_cast<double>(quotient) *
          toDouble(static_cast<std::uint64_t>(exponent) << MANTISSA_BITS);
