@@ -206,14 +206,15 @@ std::int64_t divideExactly(std::uint64_t dividend, const Divisor& divisor) {
 
 /// The same, with any lowest bits that do not change what it is rounded to.
 ///
-/// The product with the inverse is the quotient or one less. A double takes all but the lowest 9 or
-/// 10 bits of it; which way it is rounded is certain unless the 8 lowest are all 0 or all 1.
+/// The product with the inverse is less than the quotient, by less than 2. A double takes all but
+/// the lowest 9 or 10 bits of it, so that it is certain which way it is rounded unless the lowest 8
+/// are all 1.
 std::int64_t divideQuickly(std::uint64_t dividend, const Divisor& divisor) {
   constexpr int SHIFT = 65;
   constexpr std::uint64_t LOWEST = 0xFF;
-  const auto quotient =
-      static_cast<std::uint64_t>(static_cast<Wide>(dividend) * divisor.inverse >> SHIFT);
-  if (((quotient + 1) & LOWEST) <= 1) return divideExactly(dividend, divisor);
+  const auto product = static_cast<Wide>(dividend) * divisor.inverse;
+  const auto quotient = static_cast<std::uint64_t>(product >> SHIFT);
+  if ((~quotient & LOWEST) == 0) return divideExactly(dividend, divisor);
   return static_cast<std::int64_t>(quotient | 1);
 }
 
