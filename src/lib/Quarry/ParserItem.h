@@ -21,6 +21,7 @@ class Expression;
 
 namespace Quarry {
 
+class OutputBuffer;
 class ParserGroup;
 class ParserWord;
 
@@ -327,6 +328,10 @@ class QUARRY_EXPORT ParserItem {
 
     /// Makes what a name is compared with. It has no memory and must not be freed.
     QUARRY_HIDDEN static Name makeKey(std::string_view text);
+
+    /// Appends the name to what is written.
+    QUARRY_HIDDEN void appendTo(OutputBuffer& out) const;
+    void appendTo(std::string& out) const { out.append(get()); }
 
     bool isString() const { return (form() & STRING) != 0; }
     bool ownsMemory() const { return form() > LONGEST_SHORT; }

@@ -4,6 +4,7 @@
 #include <Quarry/ParserItem.h>
 #include <Quarry/ParserValue.h>
 
+#include "TreeParts.h"
 #include "TreeWalker.h"
 
 namespace Quarry {
@@ -48,7 +49,8 @@ void BinaryWriter::writePayload(const ParserValue& value) {
 // --- What the walk tells -------------------------------------------------------------------------
 
 BinaryWriter::ItemMark BinaryWriter::beginItem(const ParserItem& item, GroupMark) {
-  writeString(item.name.get());
+  item.name.appendTo(out);
+  out.push_back('\0');
   const Frame frame = openFrame();
   writeNumber<KIND_BYTES>(ITEM_KIND);
   return frame;

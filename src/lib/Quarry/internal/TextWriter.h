@@ -112,26 +112,16 @@ class TextWriter {
   ItemMark openItem(const ParserItem& item, unsigned long depth) {
     const bool folded = item.folding && item.isGroup();
     if (folded) writeFolding(item, depth);
-    writeName(item);
+    item.name.appendTo(out);
     if (item.details != nullptr) writeDetails(item);
     return {folded};
   }
 
   void writeFolding(const ParserItem& item, unsigned long depth) {
     append("//");
-    writeName(item);
+    item.name.appendTo(out);
     append("/*{{{*/");
     startLine(depth);
-  }
-
-  void writeName(const ParserItem& item) {
-    if constexpr (requires { &Output::claim; }) {
-      if (!item.name.ownsMemory()) {
-        const std::string_view name = item.name.get();
-        return out.template appendShort<ParserItem::Name::SIZE>(name.data(), name.size());
-      }
-    }
-    append(item.name.get());
   }
 
   void writeDetails(const ParserItem& item) {

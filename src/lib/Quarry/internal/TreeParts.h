@@ -6,6 +6,7 @@
 #include <Quarry/ParserValue.h>
 
 #include "NameIndex.h"
+#include "OutputBuffer.h"
 #include "SlabHeap.h"
 #include "StringText.h"
 
@@ -108,6 +109,13 @@ inline bool ParserItem::Name::is(std::string_view text, const Name& key) const {
   if (((mine ^ wanted) & COMPARED) != 0) return false;
   if (ownsMemory()) return get() == text;
   return std::memcmp(place.bytes, key.place.bytes, HALF) == 0;
+}
+
+/// A short name is copied with the whole of its place.
+inline void ParserItem::Name::appendTo(OutputBuffer& out) const {
+  const std::string_view text = get();
+  if (ownsMemory()) return out.append(text);
+  out.appendShort<SIZE>(text.data(), text.size());
 }
 
 /// Copies the bytes of half a name where the mask has bits.
