@@ -314,7 +314,7 @@ class QUARRY_EXPORT ParserValue {
   QUARRY_HIDDEN explicit ParserValue(std::unique_ptr<BinaryBlock> block);
   /// A group, which is adopted.
   QUARRY_HIDDEN ParserValue(Form form, ParserGroup* group) noexcept;
-  QUARRY_HIDDEN static void relocate(ParserValue& from, void* to) noexcept;
+  QUARRY_HIDDEN static void relocate(const ParserValue& from, void* to) noexcept;
 
   QUARRY_HIDDEN static bool isKeptAsText(Type type);
   QUARRY_HIDDEN static std::unique_ptr<BinaryBlock> makeBlock(std::unique_ptr<char[]> bytes,

@@ -5,45 +5,44 @@
 #include <Quarry/ParserValue.h>
 
 #include "TreeParts.h"
+#include "TreeWalker.h"
 
 #include <memory>
-#include <string>
 
 namespace Quarry {
 
 void TreeCopier::copyItems(const ParserGroup& source, ParserGroup& target) {
-  TreeCopier copier;
-  copier.waiting.push_back({&source, &target});
-  while (!copier.waiting.empty()) {
-    const Pair pair = copier.waiting.back();
-    copier.waiting.pop_back();
-    copier.copyLevel(*pair.source, *pair.target);
-  }
-}
-
-void TreeCopier::copyLevel(const ParserGroup& source, ParserGroup& target) {
   target.items.reserve(source.items.size());
-  for (const ParserItem* item : source.items) {
-    if (item == nullptr) continue;
-    std::unique_ptr<ParserItem> copy(ParserItem::make(item->name.get(), item->name.readable(),
-                                                      item->type, {item->line, item->column},
-                                                      item->count));
-    copy->copyDetails(*item);
-    copyValues(*item, *target.append(std::move(copy)));
-  }
+  TreeCopier copier;
+  TreeWalker(copier).walkGroup(source, {&target, nullptr});
 }
 
-void TreeCopier::copyValues(const ParserItem& source, ParserItem& target) {
-  target.reserve(source.count);
-  for (const ParserValue& value : source) {
-    if (const ParserGroup* group = value.getGroup()) {
-      waiting.push_back({group, nullptr});
-      waiting.back().target = target.addGroup(new ParserGroup(group->getName()));
-    } else {
-      ::new (target.nextPlace()) ParserValue(value);
-      target.addMade();
-    }
+TreeCopier::ItemMark TreeCopier::beginItem(const ParserItem& item, const GroupMark& target) {
+  std::unique_ptr<ParserItem> made(ParserItem::make(
+      item.name.get(), item.name.readable(), item.type, {item.line, item.column}, item.count));
+  made->copyDetails(item);
+  made->reserve(item.count);
+  copy = target.group->append(std::move(made));
+  return {};
+}
+
+/// A value that owns nothing is its bytes.
+void TreeCopier::value(const ParserItem&, unsigned long, const ParserValue& value) {
+  if (value.ownsMemory) {
+    ::new (copy->nextPlace()) ParserValue(value);
+  } else {
+    ParserValue::relocate(value, copy->nextPlace());
   }
+  copy->addMade();
+}
+
+TreeCopier::GroupMark TreeCopier::beginGroup(const ParserItem&, unsigned long,
+                                             const ParserGroup& group, const GroupMark&) {
+  ParserItem* holder = copy;
+  ParserGroup* made = holder->appendNewGroup();
+  if (group.name != nullptr) made->name = std::make_unique<const std::string>(*group.name);
+  made->items.reserve(group.items.size());
+  return {made, holder};
 }
 
 }  // namespace Quarry

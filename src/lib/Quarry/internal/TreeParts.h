@@ -67,7 +67,7 @@ inline ParserValue::ParserValue(Form form, Type valueType, std::string_view text
 
 /// Moves a value to another place; nothing is left to destroy. Nothing points into a value, so that
 /// its bytes are all there is to it.
-inline void ParserValue::relocate(ParserValue& from, void* to) noexcept {
+inline void ParserValue::relocate(const ParserValue& from, void* to) noexcept {
   std::memcpy(to, static_cast<const void*>(&from), sizeof(ParserValue));
 }
 
