@@ -45,6 +45,31 @@ TEST(ParserGroupCopyTest, ACopySurvivesTheOriginal) {
   EXPECT_EQ(describe(copy), "a string:\"a text of more than fifteen bytes\"");
 }
 
+TEST(ParserGroupCopyTest, ValuesBehindAGroupAreCopiedToTheSameItem) {
+  const auto root = readText("a 1 b 2 c 3");
+  ParserItem* item = root->getItem("b");
+  item->addGroup(nullptr)->setText("d 4 e { f 5 } g 6", 1.1);
+  item->addInt(7);
+  item->addGroup(nullptr);
+  item->addInt(8);
+  const ParserGroup copy(*root);
+  EXPECT_EQ(copy.getItem("b")->getValueCount(), 5u);
+  EXPECT_EQ(copy.getItem("b")->getInt(2), 7);
+  EXPECT_EQ(copy.getItem("b")->getInt(4), 8);
+  EXPECT_EQ(describe(copy), describe(*root));
+}
+
+TEST(ParserGroupCopyTest, NumbersThatWereAskedForAreCopiedWithTheirSpelling) {
+  const auto root = readText("a 1.50 007 3.14159265358979323846");
+  const ParserItem& item = *root->getItem("a");
+  for (unsigned long i = 0; i < item.getValueCount(); ++i)
+    EXPECT_GT(item.getDouble(i), 1.0);
+  const ParserGroup copy(*root);
+  EXPECT_EQ(writeOneLine(copy), writeOneLine(*root));
+  EXPECT_EQ(copy.getItem("a")->getDouble(0), 1.5);
+  EXPECT_EQ(copy.getItem("a")->getInt(1), 7);
+}
+
 TEST(ParserGroupCopyTest, ACopyFindsKeywordsAndPlainItemsApart) {
   const auto root = readText("#k 1 a 2");
   const ParserGroup copy(*root);
