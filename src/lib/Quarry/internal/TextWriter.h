@@ -9,8 +9,6 @@
 #include "TreeWalker.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace Quarry {

@@ -8,6 +8,7 @@
 #include "TreeWalker.h"
 
 #include <memory>
+#include <string>
 
 namespace Quarry {
 
