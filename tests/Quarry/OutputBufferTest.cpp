@@ -1,4 +1,5 @@
 #include <Quarry/internal/OutputBuffer.h>
+#include <Quarry/internal/SlabHeap.h>
 #include <Quarry/internal/SlabSource.h>
 
 #include <gtest/gtest.h>
@@ -148,6 +149,8 @@ TEST(OutputBufferTest, AClaimedPlaceCanBeWrittenLater) {
   EXPECT_EQ(contentOf(buffer).substr(0, 12), "size 1234xxx");
 }
 
+#ifndef QUARRY_PLAIN_HEAP
+
 /// Slabs that are taken, so that as many others are kept when they come back.
 class TakenSlabs {
  public:
@@ -185,6 +188,8 @@ TEST(OutputBufferTest, ItsMemoryIsUsedAgain) {
   OutputBuffer second;
   EXPECT_EQ(fill(second), before);
 }
+
+#endif
 
 // --- Where it goes -------------------------------------------------------------------------------
 

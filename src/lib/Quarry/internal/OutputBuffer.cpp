@@ -1,23 +1,40 @@
 #include "OutputBuffer.h"
 
+#include "SlabHeap.h"
 #include "SlabSource.h"
 
 #include <algorithm>
 
 namespace Quarry {
 
+namespace {
+
+#ifdef QUARRY_PLAIN_HEAP
+
+void* takeSlab() { return ::operator new(SlabSource::SLAB_SIZE); }
+void giveBackSlab(void* slab) { ::operator delete(slab); }
+
+#else
+
+void* takeSlab() { return SlabSource::get().take(); }
+void giveBackSlab(void* slab) { SlabSource::get().giveBack(slab); }
+
+#endif
+
+}  // namespace
+
 OutputBuffer::~OutputBuffer() {
   Block* block = first()->next;
   while (block != nullptr) {
     Block* next = block->next;
-    SlabSource::get().giveBack(block);
+    giveBackSlab(block);
     block = next;
   }
 }
 
 /// Begins a further block. Whatever room the last one had stays empty.
 void OutputBuffer::extend() {
-  auto* block = ::new (SlabSource::get().take()) Block;
+  auto* block = ::new (takeSlab()) Block;
   last->used = used();
   last->next = block;
   earlier += last->used;
