@@ -85,7 +85,7 @@ class Hazards {
     const bool isCall = item.getType() == Quarry::ParserItem::ITEM_CALL;
     const bool endsLine = multiline && !isCall && index + 1 == item.getValueCount();
     switch (value.getType()) {
-      case Quarry::ParserValue::TYPE_STRING: lookAtString(value.getAsString(), endsLine); break;
+      case Quarry::ParserValue::TYPE_STRING: lookAtString(item.getString(index), endsLine); break;
       case Quarry::ParserValue::TYPE_CHAR:
       case Quarry::ParserValue::TYPE_INT:
       case Quarry::ParserValue::TYPE_DOUBLE:

@@ -20,6 +20,9 @@ namespace Quarry {
 ///     GroupMark beginGroup(item, index, group, outerMark)     a value that is a group begins
 ///     void endGroup(groupMark)
 ///     void endItem(item, itemMark)
+///
+/// Strings are asked of the item, not of the value: an item has to know that one of its values owns
+/// memory.
 template <class Visitor>
 class TreeWalker {
  public:
