@@ -65,8 +65,8 @@ inline ParserValue::ParserValue(Form form, Type valueType, std::string_view text
   }
 }
 
-/// Moves a value to another place; nothing is left to destroy. Nothing points into a value, so that
-/// its bytes are all there is to it.
+/// Moves a value to another place, so that nothing is left to destroy; of one that owns no memory
+/// it makes a copy. Nothing points into a value, so that its bytes are all there is to it.
 inline void ParserValue::relocate(const ParserValue& from, void* to) noexcept {
   std::memcpy(to, static_cast<const void*>(&from), sizeof(ParserValue));
 }
