@@ -310,10 +310,12 @@ class GroupPrinter(ListPrinter):
         return ItemList(address_of(self.value['items']))
 
     def describe(self):
-        name = read_word(address_of(self.value['name']))
+        details = pointee(address_of(self.value['details']), 'Quarry::ParserGroup::Details')
+        has_name = details is not None and string_at(address_of(details['name']))[1] > 0
         count = self.items().count
         return 'group {}of {} item{}'.format(
-            quoted(*string_at(name)) + ' ' if name else '', count, '' if count == 1 else 's')
+            quoted_string(details['name']) + ' ' if has_name else '', count,
+            '' if count == 1 else 's')
 
     def elements(self):
         return ('detached' if item is None else item for item in self.items())

@@ -45,10 +45,9 @@ ParserItem::Type typeForName(const std::string& name) {
 
 // --- Make ----------------------------------------------------------------------------------------
 
-ParserGroup::ParserGroup(const std::string& groupName)
-    : name(groupName.empty() ? nullptr : new std::string(groupName)),
-      plainCount(0),
-      comparisons(0) {}
+ParserGroup::ParserGroup(const std::string& groupName) : plainCount(0), comparisons(0) {
+  if (!groupName.empty()) makeDetails().name = groupName;
+}
 
 /// Delegates, so that the items copied so far are freed when one cannot be copied.
 ParserGroup::ParserGroup(const ParserGroup& other) : ParserGroup(other.getName()) {
@@ -77,14 +76,18 @@ void ParserGroup::operator delete(void* memory, const std::nothrow_t&) noexcept 
 
 const std::string& ParserGroup::getName() const {
   static const std::string* const none = new std::string;  // outlives every document
-  return name != nullptr ? *name : *none;
+  return details != nullptr ? details->name : *none;
 }
 
 /// The answer is always the one of a scan. Where a large group is scanned again and again, an index
 /// is made of the items that it has then; what was added since is scanned.
 ParserItem* ParserGroup::getItem(const std::string& wanted) const {
-  if (names != nullptr && names->isStale()) forgetNames();
+  const NameIndex* names = getNames();
   if (names == nullptr) return findByScan(wanted, 0);
+  if (names->isStale()) {
+    forgetNames();
+    return findByScan(wanted, 0);
+  }
   ParserItem* item = names->find(wanted);
   return item != nullptr ? item : findByScan(wanted, names->getCount());
 }
@@ -95,10 +98,10 @@ ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long ind
   constexpr unsigned long SCANS = 4;
   if (plainCount >= LARGE && comparisons > SCANS * plainCount) {
     makeNames();
-    if (names != nullptr) return names->find(wanted);
+    if (const NameIndex* names = getNames()) return names->find(wanted);
   }
   const unsigned long found =
-      positions != nullptr ? scanPositions(wanted, index) : scanItems(wanted, index);
+      getPositions() != nullptr ? scanPositions(wanted, index) : scanItems(wanted, index);
   comparisons += found - index;
   return found < plainCount ? plainAt(found) : nullptr;
 }
@@ -130,6 +133,7 @@ ParserGroup* ParserGroup::getGroup(const std::string& wanted) const {
 }
 
 ParserItem* ParserGroup::getKeyword(const std::string& wanted) const {
+  const Positions* positions = getPositions();
   if (positions == nullptr) return nullptr;
   for (const unsigned long position : positions->keywords) {
     ParserItem* item = items[position];
@@ -157,7 +161,7 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
 /// Enters the item that comes to stand at `position`, the end of `items`, in a list of positions.
 void ParserGroup::enter(const ParserItem& item, unsigned long position) {
   const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  Positions& lists = positions != nullptr ? *positions : makePositions();
+  Positions& lists = getPositions() != nullptr ? *getPositions() : makePositions();
   (isPlain ? lists.plain : lists.keywords).push_back(position);
   if (isPlain) ++plainCount;
 }
@@ -165,17 +169,22 @@ void ParserGroup::enter(const ParserItem& item, unsigned long position) {
 /// Takes the item that was entered last out again.
 void ParserGroup::leave(const ParserItem& item) noexcept {
   const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  Positions* lists = positions.get();
+  Positions* lists = getPositions();
   if (lists != nullptr) (isPlain ? lists->plain : lists->keywords).pop_back();
   if (isPlain) --plainCount;
+}
+
+ParserGroup::Details& ParserGroup::makeDetails() const {
+  if (details == nullptr) details = std::make_unique<Details>();
+  return *details;
 }
 
 ParserGroup::Positions& ParserGroup::makePositions() {
   auto made = std::make_unique<Positions>();
   made->plain.resize(plainCount);
   std::iota(made->plain.begin(), made->plain.end(), 0UL);
-  positions = std::move(made);
-  return *positions;
+  makeDetails().positions = std::move(made);
+  return *getPositions();
 }
 
 /// An index of names is a help that can be done without.
@@ -184,15 +193,15 @@ void ParserGroup::makeNames() const noexcept {
     std::vector<ParserItem*> plain(plainCount);
     for (unsigned long i = 0; i < plainCount; ++i)
       plain[i] = plainAt(i);
-    names = std::make_unique<NameIndex>(plain);
+    makeDetails().names = std::make_unique<NameIndex>(plain);
   } catch (const std::bad_alloc&) {
-    names.reset();
+    forgetNames();
   }
   comparisons = 0;
 }
 
 void ParserGroup::forgetNames() const noexcept {
-  names.reset();
+  if (details != nullptr) details->names.reset();
   comparisons = 0;
 }
 
@@ -245,6 +254,7 @@ ParserGroup* ParserGroup::addGroupItem(const std::string& newName, ParserGroup* 
 void ParserGroup::detachItem(const unsigned long& index) {
   assert(index < plainCount);
   forgetNames();
+  const Positions* positions = getPositions();
   items[positions != nullptr ? positions->plain[index] : index] = nullptr;
 }
 
@@ -256,8 +266,9 @@ void ParserGroup::removeItem(const std::string& doomed) {
     if (item != nullptr) (item->name.get() == doomed ? removed : kept).push_back(item);
   }
   std::unique_ptr<Positions> found = findPositions(kept);
+  if (found != nullptr) makeDetails();
   plainCount = found != nullptr ? found->plain.size() : kept.size();
-  positions = std::move(found);
+  if (details != nullptr) details->positions = std::move(found);
   items.swap(kept);
   forgetNames();
   TreeRemover::removeItems(removed);
@@ -275,7 +286,7 @@ std::unique_ptr<ParserGroup::Positions> ParserGroup::findPositions(const detail:
 
 void ParserGroup::clear() {
   plainCount = 0;
-  positions.reset();
+  if (details != nullptr) details->positions.reset();
   forgetNames();
   TreeRemover::removeItems(items);
 }

@@ -206,6 +206,14 @@ class QUARRY_EXPORT ParserGroup {
     std::vector<unsigned long> keywords;
   };
 
+  /// What few groups have. Nested groups have no name.
+  struct Details {
+    std::string name;
+    std::unique_ptr<Positions> positions;  ///< null while `items` begins with the plain items and
+                                           ///< no other item can be looked up
+    std::unique_ptr<NameIndex> names;      ///< of a large group in which much is looked up
+  };
+
   QUARRY_HIDDEN ParserGroup() noexcept;
   QUARRY_HIDDEN static ParserGroup* makeNested();
   QUARRY_HIDDEN static void destroy(ParserGroup* group) noexcept;
@@ -217,9 +225,16 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN void removeLastItem();
   QUARRY_HIDDEN void enter(const ParserItem& item, unsigned long position);
   QUARRY_HIDDEN void leave(const ParserItem& item) noexcept;
+  QUARRY_HIDDEN Details& makeDetails() const;
+  bool hasName() const { return details != nullptr && !details->name.empty(); }
+  Positions* getPositions() const {
+    return details != nullptr ? details->positions.get() : nullptr;
+  }
+  NameIndex* getNames() const { return details != nullptr ? details->names.get() : nullptr; }
   QUARRY_HIDDEN Positions& makePositions();
   QUARRY_HIDDEN static std::unique_ptr<Positions> findPositions(const detail::ItemList& list);
   ParserItem* plainAt(unsigned long index) const {
+    const Positions* positions = getPositions();
     return items[positions != nullptr ? positions->plain[index] : index];
   }
   QUARRY_HIDDEN ParserItem* findByScan(const std::string& wanted, unsigned long index) const;
@@ -228,15 +243,12 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN void makeNames() const noexcept;
   QUARRY_HIDDEN void forgetNames() const noexcept;
 
-  std::unique_ptr<const std::string> name;  ///< null for an empty one: nested groups have none
-  detail::ItemList items;                   ///< owned; null where an item was detached
+  mutable std::unique_ptr<Details> details;  ///< null for a group that has none
+  detail::ItemList items;                    ///< owned; null where an item was detached
   union {
     unsigned long plainCount;   ///< plain items that can be looked up, detached ones included
     ParserGroup* nextToRemove;  ///< while its tree is freed, the next group to free
   };
-  std::unique_ptr<Positions> positions;      ///< null while `items` begins with the plain items and
-                                             ///< no other item can be looked up
-  mutable std::unique_ptr<NameIndex> names;  ///< of a large group in which much is looked up
   union {
     mutable unsigned long comparisons;  ///< of names, since `names` was made or given up
     unsigned long removedItems;         ///< while its tree is freed

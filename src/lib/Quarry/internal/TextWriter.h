@@ -97,8 +97,8 @@ class TextWriter {
   /// The items of a group in braces stand one level deeper than the item that holds it.
   GroupMark openGroup(const ParserGroup& group, bool braces, unsigned long indent) {
     if (!braces) return {false, indent - 1};
-    if (group.name != nullptr) {
-      append(*group.name);
+    if (group.hasName()) {
+      append(group.getName());
       out.push_back(' ');
     }
     out.push_back('{');

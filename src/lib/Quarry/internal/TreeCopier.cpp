@@ -41,7 +41,7 @@ TreeCopier::GroupMark TreeCopier::beginGroup(const ParserItem&, unsigned long,
                                              const ParserGroup& group, const GroupMark&) {
   ParserItem* holder = copy;
   ParserGroup* made = holder->appendNewGroup();
-  if (group.name != nullptr) made->name = std::make_unique<const std::string>(*group.name);
+  if (group.hasName()) made->makeDetails().name = group.getName();
   made->items.reserve(group.items.size());
   return {made, holder};
 }

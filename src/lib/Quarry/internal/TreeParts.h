@@ -237,7 +237,7 @@ inline void ParserGroup::append(ParserItem* item) {
   const std::size_t position = items.size();
   if (items.isFull()) items.grow();
   const bool isNextPlain =
-      item->type == ParserItem::ITEM_PLAIN && position == plainCount && positions == nullptr;
+      item->type == ParserItem::ITEM_PLAIN && position == plainCount && getPositions() == nullptr;
   if (!isNextPlain) enter(*item, position);
   plainCount += isNextPlain ? 1 : 0;
   items.add(item);
