@@ -10,6 +10,8 @@
 #include "internal/NameIndex.h"
 #include "internal/OutputBuffer.h"
 #include "internal/ParserWordStream.h"
+#include "internal/RegionCheck.h"
+#include "internal/SlabRegion.h"
 #include "internal/TextReader.h"
 #include "internal/TextWriter.h"
 #include "internal/TreeCopier.h"
@@ -55,6 +57,7 @@ ParserGroup::ParserGroup(const ParserGroup& other) : ParserGroup(other.getName()
 }
 
 ParserGroup::~ParserGroup() {
+  freeRegion();
   if (!items.empty()) TreeRemover::removeItems(items);
 }
 
@@ -156,6 +159,53 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
   return pattern.empty() ? all : all.getMatching(Plinth::Expression(pattern));
 }
 
+// --- The region ----------------------------------------------------------------------------------
+
+/// Returns memory for items that are read from so many bytes; null where there are items already,
+/// and for so few that slabs of their own would be a waste.
+SlabRegion* ParserGroup::makeRegionFor(unsigned long bytes) {
+  constexpr unsigned long MANY = 1UL << 14;
+  noteChange();
+  return items.empty() && bytes >= MANY ? makeRegion() : nullptr;
+}
+
+/// Returns memory for items that are copied; null where the others have ordinary memory, too.
+SlabRegion* ParserGroup::makeRegionFor(const ParserGroup& copied) {
+  const bool isMany = copied.details != nullptr && copied.details->region != nullptr;
+  return isMany ? makeRegion() : nullptr;
+}
+
+SlabRegion* ParserGroup::makeRegion() {
+  Details& held = makeDetails();
+  held.region = SlabRegion::make();
+  return held.region.get();
+}
+
+/// Frees all items at once where they lie in a region that is whole.
+void ParserGroup::freeRegion() noexcept {
+  if (details == nullptr || details->region == nullptr) return;
+  assert(RegionCheck::holds(*this, *details->region));
+  if (details->region->isWhole()) items.forget();
+  details->region.reset();
+}
+
+/// Has the tree around this group be freed part by part.
+void ParserGroup::leaveRegion() const noexcept {
+  if (!isPart) return;
+  isPart = false;
+  if (SlabRegion* region = SlabRegion::of(this)) region->breakUp();
+}
+
+/// Has this tree, and the one around it, be freed part by part: one of the items changes, comes or
+/// goes.
+void ParserGroup::noteChange() const noexcept {
+  leaveRegion();
+  if (details != nullptr && details->region != nullptr) details->region->breakUp();
+}
+
+/// Frees what a part of a region does not have from there.
+void ParserGroup::freeDetails(void* group) { static_cast<ParserGroup*>(group)->details.reset(); }
+
 // --- The lists -----------------------------------------------------------------------------------
 
 /// Enters the item that comes to stand at `position`, the end of `items`, in a list of positions.
@@ -175,7 +225,10 @@ void ParserGroup::leave(const ParserItem& item) noexcept {
 }
 
 ParserGroup::Details& ParserGroup::makeDetails() const {
-  if (details == nullptr) details = std::make_unique<Details>();
+  if (details != nullptr) return *details;
+  SlabRegion* region = isPart ? SlabRegion::of(this) : nullptr;
+  if (region != nullptr) region->holdsMore(const_cast<ParserGroup*>(this), freeDetails);
+  details = std::make_unique<Details>();
   return *details;
 }
 
@@ -221,12 +274,14 @@ void ParserGroup::removeLastItem() {
 
 ParserItem* ParserGroup::addItem(const ParserItem& item) {
   ParserItem* adopted = const_cast<ParserItem*>(&item);  // the caller gives it away, see the header
+  noteChange();
   append(adopted);
   return adopted;
 }
 
 ParserItem* ParserGroup::addItem(const std::string& newName, const unsigned long& line,
                                  const unsigned long& column) {
+  noteChange();
   return append(std::make_unique<ParserItem>(newName, typeForName(newName), line, column));
 }
 
@@ -253,6 +308,7 @@ ParserGroup* ParserGroup::addGroupItem(const std::string& newName, ParserGroup* 
 
 void ParserGroup::detachItem(const unsigned long& index) {
   assert(index < plainCount);
+  noteChange();
   forgetNames();
   const Positions* positions = getPositions();
   items[positions != nullptr ? positions->plain[index] : index] = nullptr;
@@ -260,6 +316,7 @@ void ParserGroup::detachItem(const unsigned long& index) {
 
 /// The name may be the one of an item that is removed: it is not used any more when they go.
 void ParserGroup::removeItem(const std::string& doomed) {
+  noteChange();
   detail::ItemList kept;
   detail::ItemList removed;
   for (ParserItem* item : items) {
@@ -285,6 +342,8 @@ std::unique_ptr<ParserGroup::Positions> ParserGroup::findPositions(const detail:
 }
 
 void ParserGroup::clear() {
+  leaveRegion();
+  freeRegion();
   plainCount = 0;
   if (details != nullptr) details->positions.reset();
   forgetNames();

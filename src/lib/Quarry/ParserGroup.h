@@ -18,6 +18,7 @@ namespace Quarry {
 
 class NameIndex;
 class ParserWordStream;
+class SlabRegion;
 
 /// Holds items in the order in which they were added. Names need not be unique.
 ///
@@ -192,6 +193,7 @@ class QUARRY_EXPORT ParserGroup {
   friend class BinaryReader;
   friend class ParserItem;
   friend class ParserValue;
+  friend class RegionCheck;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
@@ -212,6 +214,8 @@ class QUARRY_EXPORT ParserGroup {
     std::unique_ptr<Positions> positions;  ///< null while `items` begins with the plain items and
                                            ///< no other item can be looked up
     std::unique_ptr<NameIndex> names;      ///< of a large group in which much is looked up
+    std::unique_ptr<SlabRegion> region;    ///< all items and what they hold lie there, unless it is
+                                           ///< broken up; only of a group that is no part
   };
 
   QUARRY_HIDDEN ParserGroup() noexcept;
@@ -225,6 +229,13 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN void removeLastItem();
   QUARRY_HIDDEN void enter(const ParserItem& item, unsigned long position);
   QUARRY_HIDDEN void leave(const ParserItem& item) noexcept;
+  QUARRY_HIDDEN SlabRegion* makeRegionFor(unsigned long bytes);
+  QUARRY_HIDDEN SlabRegion* makeRegionFor(const ParserGroup& copied);
+  QUARRY_HIDDEN SlabRegion* makeRegion();
+  QUARRY_HIDDEN void freeRegion() noexcept;
+  QUARRY_HIDDEN void leaveRegion() const noexcept;
+  QUARRY_HIDDEN void noteChange() const noexcept;
+  QUARRY_HIDDEN static void freeDetails(void* group);
   QUARRY_HIDDEN Details& makeDetails() const;
   bool hasName() const { return details != nullptr && !details->name.empty(); }
   Positions* getPositions() const {
@@ -253,6 +264,7 @@ class QUARRY_EXPORT ParserGroup {
     mutable unsigned long comparisons;  ///< of names, since `names` was made or given up
     unsigned long removedItems;         ///< while its tree is freed
   };
+  mutable bool isPart = false;  ///< of a tree, made by the library: its memory may be a region's
 };
 
 }  // namespace Quarry

@@ -45,7 +45,7 @@ void ParserItem::saturate(Place place) {
 }
 
 void ParserItem::freeValues() noexcept {
-  reset();
+  destroyValues();
   freePlaces();
 }
 
@@ -70,8 +70,34 @@ void ParserItem::operator delete(void* memory, const std::nothrow_t&) noexcept {
   SlabHeap::free(memory, sizeof(ParserItem));
 }
 
+// --- The region ----------------------------------------------------------------------------------
+
+/// Has the tree around this item be freed part by part.
+void ParserItem::leaveRegion() const noexcept {
+  isPart = false;
+  if (SlabRegion* region = SlabRegion::of(this)) region->breakUp();
+}
+
+/// Notes that the item has, or will have, memory that is not its region's.
+void ParserItem::noteHolding() const {
+  SlabRegion* region = isPart ? SlabRegion::of(this) : nullptr;
+  if (region != nullptr) region->holdsMore(const_cast<ParserItem*>(this), freeHeld);
+}
+
+/// Frees what the item has, with its values, but not its groups.
+void ParserItem::freeHeld(void* held) {
+  auto& item = *static_cast<ParserItem*>(held);
+  for (ParserValue& value : item) {
+    if (value.ownsMemory && !value.isGroup()) value.clear();
+  }
+  item.name.free();
+  item.name.setForm(0);
+  item.details.reset();
+}
+
 /// The copy is complete before anything of this item is given up: `other` may be part of it.
 void ParserItem::copyFrom(const ParserItem& other) {
+  noteChange();
   ParserItem copy(other);
   copy.reserve(2);  // in a list of its own, which can be handed over
   if (name.isString()) copy.getName();
@@ -85,7 +111,7 @@ void ParserItem::copyFrom(const ParserItem& other) {
 }
 
 void ParserItem::copyDetails(const ParserItem& other) {
-  details = other.details != nullptr ? std::make_unique<Details>(*other.details) : nullptr;
+  if (other.details != nullptr) makeDetails() = *other.details;
 }
 
 // --- The name ------------------------------------------------------------------------------------
@@ -93,10 +119,18 @@ void ParserItem::copyDetails(const ParserItem& other) {
 /// One that is too long for a block's length is made a string at once.
 void ParserItem::Name::hold(std::string_view text) {
   describeLonger(text);
-  if (text.size() > UINT32_MAX) return holdString(std::string(text));  // LCOV_EXCL_LINE: of 4 GiB
+  if (text.size() > UINT32_MAX) return holdHuge(text);  // LCOV_EXCL_LINE: of 4 GiB
   place.block.bytes = static_cast<char*>(SlabHeap::allocate(text.size()));
   std::memcpy(place.block.bytes, text.data(), text.size());
 }
+
+// LCOV_EXCL_START
+/// The string's bytes lie in no region.
+void ParserItem::Name::holdHuge(std::string_view text) {
+  if (SlabRegion* region = SlabRegion::getUsed()) region->breakUp();
+  holdString(std::string(text));
+}
+// LCOV_EXCL_STOP
 
 void ParserItem::Name::holdString(std::string text) {
   place.block.string = ::new (SlabHeap::allocate(sizeof(std::string))) std::string(std::move(text));
@@ -142,7 +176,10 @@ void ParserItem::Name::exchange(Name& other) noexcept {
 
 // --- Look ----------------------------------------------------------------------------------------
 
-const std::string& ParserItem::getName() const { return name.getString(); }
+const std::string& ParserItem::getName() const {
+  if (!name.isString()) noteHolding();
+  return name.getString();
+}
 
 const unsigned long& ParserItem::getArrayCount() const {
   static const unsigned long none = NO_ARRAY;
@@ -174,8 +211,10 @@ double ParserItem::getDouble(const unsigned long& index) const {
 }
 
 const std::string& ParserItem::getString(const unsigned long& index) const {
+  const ParserValue& value = valueAt(index);
+  if (!value.isStringObject()) noteHolding();
   valuesOwnMemory = true;
-  return valueAt(index).getAsString();
+  return value.getAsString();
 }
 
 void* ParserItem::getBinaryData(const unsigned long& index) const {
@@ -195,13 +234,15 @@ std::string ParserItem::getWord(const unsigned long& index) const {
 }
 
 ParserGroup* ParserItem::getGroup(const unsigned long& index) const {
-  if (count == 0) return appendNewGroup();
-  return valueAt(index).getGroup();
+  if (count > 0) return valueAt(index).getGroup();
+  noteChange();
+  return appendNewGroup();
 }
 
 // --- Change --------------------------------------------------------------------------------------
 
 void ParserItem::rename(const std::string& newName) {
+  noteChange();
   ParserItem renamed(newName, type, line, column);
   if (name.isString()) renamed.getName();
   noteNewName();
@@ -223,30 +264,37 @@ void ParserItem::setTemplate(const std::string& newTemplate) {
 }
 
 ParserItem::Details& ParserItem::makeDetails() {
-  if (details == nullptr) details = std::make_unique<Details>();
+  if (details != nullptr) return *details;
+  noteHolding();
+  details = std::make_unique<Details>();
   return *details;
 }
 
 void ParserItem::setFolding(const bool& on) { folding = on; }
 
 void ParserItem::setBool(const bool& value, const unsigned long& index) {
+  noteChange();
   valueAt(index).setBool(value);
 }
 
 void ParserItem::setInt(const int& value, const unsigned long& index) {
+  noteChange();
   valueAt(index).setInt(value);
 }
 
 void ParserItem::setDouble(const double& value, const unsigned long& index) {
+  noteChange();
   valueAt(index).setDouble(value);
 }
 
 void ParserItem::setString(const std::string& value, const unsigned long& index) {
+  noteChange();
   valuesOwnMemory = true;
   valueAt(index).setString(value);
 }
 
 void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const unsigned long& index) {
+  noteChange();
   valuesOwnMemory = true;
   valueAt(index).setBinaryData(bytes, size);
 }
@@ -287,32 +335,39 @@ void ParserItem::appendText(ParserValue::Type valueType, std::string_view text) 
 }
 
 void ParserItem::addBool(const bool& value) {
+  noteChange();
   appendText(ParserValue::TYPE_BOOL, value ? "yes" : "no");
 }
 
 void ParserItem::addChar(const char& value) {
+  noteChange();
   appendText(ParserValue::TYPE_CHAR, Plinth::getLabel(value));
 }
 
 void ParserItem::addInt(const int& value) {
+  noteChange();
   appendText(ParserValue::TYPE_INT, Plinth::getLabel(value));
 }
 
 void ParserItem::addDouble(const double& value) {
+  noteChange();
   appendText(ParserValue::TYPE_DOUBLE, Plinth::getLabel(value));
 }
 
 void ParserItem::addString(const std::string& value) {
+  noteChange();
   appendText(ParserValue::TYPE_STRING, value);
 }
 
 void ParserItem::addBinaryData(void* bytes, const unsigned long& size) {
+  noteChange();
   ::new (nextPlace()) ParserValue(bytes, size);
   addMade();
 }
 
 /// The place in the list is made first: the group is adopted only when nothing can fail any more.
 ParserGroup* ParserItem::addGroup(ParserGroup* group) {
+  noteChange();
   if (group == nullptr) return appendNewGroup();
   ::new (nextPlace()) ParserValue(ParserValue::Form::TEXT, group);
   addMade();
@@ -320,7 +375,13 @@ ParserGroup* ParserItem::addGroup(ParserGroup* group) {
 }
 
 void ParserItem::addWord(const ParserWord& word, const ParserValue::Type& valueType) {
+  noteChange();
+  appendWord(word, valueType);
+}
+
+void ParserItem::appendWord(const ParserWord& word, ParserValue::Type valueType) {
   if (valueType == ParserValue::TYPE_BINARYDATA) {
+    noteHolding();
     ::new (nextPlace()) ParserValue(ParserValue::readBlock({word.begin(), word.length}));
     addMade();
   } else if (valueType == ParserValue::TYPE_STRING) {
@@ -348,6 +409,7 @@ void ParserItem::readQuoted(const ParserWord& word, std::string& text) {
 }
 
 void ParserItem::removeValue(const std::vector<unsigned long>& indices) {
+  noteChange();
   std::vector<bool> doomed(count, false);
   for (const unsigned long index : indices) {
     if (index < count) doomed[index] = true;
@@ -369,6 +431,11 @@ void ParserItem::removeValue(const unsigned long& index) {
 }
 
 void ParserItem::reset() {
+  noteChange();
+  destroyValues();
+}
+
+void ParserItem::destroyValues() noexcept {
   if (valuesOwnMemory) std::destroy_n(values, count);
   valuesOwnMemory = false;
   count = 0;
@@ -401,6 +468,7 @@ std::vector<char> ParserItem::getBinary() const {
 }
 
 bool ParserItem::setBinary(const std::vector<char>& data, unsigned long& pos) {
+  noteChange();
   return BinaryReader(data, pos).readItem(*this);
 }
 

@@ -277,6 +277,7 @@ class QUARRY_EXPORT ParserItem {
   friend class BinaryWriter;
   friend class NameIndex;
   friend class ParserGroup;
+  friend class RegionCheck;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
@@ -373,6 +374,7 @@ class QUARRY_EXPORT ParserItem {
     QUARRY_HIDDEN static void copyHalf(const char* from, const unsigned char* mask, char* to);
     QUARRY_HIDDEN void hold(std::string_view text);
     QUARRY_HIDDEN void describeLonger(std::string_view text);
+    QUARRY_HIDDEN void holdHuge(std::string_view text);
     QUARRY_HIDDEN void holdString(std::string text);
 
     Place place;
@@ -401,15 +403,23 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;
   QUARRY_HIDDEN void takeList(ParserItem& from) noexcept;
   QUARRY_HIDDEN void freePlaces() const noexcept;
+  QUARRY_HIDDEN void destroyValues() noexcept;
   QUARRY_HIDDEN void freeValues() noexcept;
   void freeParts() noexcept;
   QUARRY_HIDDEN void appendText(ParserValue::Type valueType, std::string_view text);
+  QUARRY_HIDDEN void appendWord(const ParserWord& word, ParserValue::Type valueType);
   QUARRY_HIDDEN void addText(ParserValue::Type valueType, std::string_view text,
                              const char* readable) const;
   QUARRY_HIDDEN ParserGroup* appendNewGroup() const;
   QUARRY_HIDDEN void copyDetails(const ParserItem& other);
   QUARRY_HIDDEN Details& makeDetails();
   QUARRY_HIDDEN void noteNewName() const;
+  void noteChange() const {
+    if (isPart) leaveRegion();
+  }
+  QUARRY_HIDDEN void leaveRegion() const noexcept;
+  QUARRY_HIDDEN void noteHolding() const;
+  QUARRY_HIDDEN static void freeHeld(void* item);
   QUARRY_HIDDEN static void readQuoted(const ParserWord& word, std::string& text);
 
   mutable Name name;
@@ -423,6 +433,7 @@ class QUARRY_EXPORT ParserItem {
   bool folding;
   mutable bool isIndexed = false;        ///< a group's NameIndex knows the item under its name
   mutable bool valuesOwnMemory = false;  ///< else none of them has to be looked at to free them
+  mutable bool isPart = false;           ///< made by the library: its memory may be a region's
 
   /// The place of the first value. An item that is made for more values has more places behind it.
   alignas(ParserValue) mutable unsigned char ownPlace[sizeof(ParserValue)];

@@ -36,6 +36,8 @@ class ItemList {
   std::size_t size() const { return count; }
   bool empty() const { return count == 0; }
   bool isFull() const { return count == capacity; }
+  /// Returns the memory that the list has, in bytes.
+  std::size_t getListSize() const { return capacity * PLACE_SIZE; }
 
   ParserItem*& operator[](std::size_t index) { return places[index]; }
   ParserItem* operator[](std::size_t index) const { return places[index]; }
@@ -51,6 +53,9 @@ class ItemList {
   }
   void pop_back() { --count; }
   void clear() { count = 0; }
+
+  /// Empties the list and frees its memory.
+  QUARRY_HIDDEN void forget() noexcept;
 
   /// Makes room for so many items in all. Throws `std::bad_alloc`.
   QUARRY_HIDDEN void reserve(std::size_t wanted);

@@ -254,6 +254,7 @@ class QUARRY_EXPORT ParserValue {
   friend class BinaryReader;
   friend class BinaryWriter;
   friend class ParserItem;
+  friend class RegionCheck;
   friend class TreeBuilder;
   friend class TreeCopier;
   friend class TreeRemover;
@@ -332,6 +333,8 @@ class QUARRY_EXPORT ParserValue {
 
   QUARRY_HIDDEN bool isNumeric(const char* operation) const;
   QUARRY_HIDDEN bool isHeldString() const;
+  /// Tells whether getAsString() makes no string: it is made, or there is none.
+  bool isStringObject() const { return type != TYPE_STRING || textLength == STRING_TEXT; }
   /// As getAsString(), without making a string.
   QUARRY_HIDDEN std::string_view getAsBytes() const;
   QUARRY_HIDDEN double getNumber() const;

@@ -20,14 +20,16 @@ namespace {
 constexpr std::size_t USUAL_DEPTH = 16;
 
 // What is told of broken data, kept out of the functions that read it: it is for little data and
-// would burden all.
+// would burden all. Whoever is told may make trees of its own, which are no part of this one.
 
 [[gnu::noinline]] void warn(std::string (*message)()) {
+  const SlabRegion::Use none(nullptr);
   Plinth::console.warning(message(), std::string());
 }
 
 [[gnu::noinline]] void tellOfChunk(std::string_view name, std::uint64_t length,
                                    unsigned long size) {
+  const SlabRegion::Use none(nullptr);
   Plinth::console.print(Messages::chunkLargerThanData(std::string(name), length, size),
                         std::string());
 }
@@ -46,6 +48,7 @@ BinaryReader::BinaryReader(const std::vector<char>& source, unsigned long& posit
 
 bool BinaryReader::readGroup(ParserGroup& group) {
   outerLevels.reserve(USUAL_DEPTH);
+  const SlabRegion::Use use(group.makeRegionFor(size - pos));
   return openGroup(group) && run();
 }
 
@@ -182,6 +185,7 @@ unsigned long BinaryReader::guessValues(unsigned long frameEnd) const {
       leaveOutGroup();
       continue;
     }
+    if (tag == ParserValue::TYPE_BINARYDATA) item.noteHolding();
     if (!readPayload(tag, item.nextPlace())) return Stop::BROKEN;
     item.addMade();
     if (tag != ParserValue::TYPE_GROUP) continue;
@@ -194,6 +198,7 @@ unsigned long BinaryReader::guessValues(unsigned long frameEnd) const {
 void BinaryReader::dropItem() {
   if (level.group == nullptr || level.item == nullptr) return;
   level.group->items.pop_back();
+  level.item->noteChange();
   delete level.item;
 }
 

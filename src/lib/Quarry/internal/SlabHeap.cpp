@@ -3,6 +3,7 @@
 #ifndef QUARRY_PLAIN_HEAP
 
 #include "LargeBlocks.h"
+#include "SlabRegion.h"
 
 #include <mutex>
 
@@ -18,7 +19,7 @@ class SlabHeap::SizeList {
     const std::lock_guard<std::mutex> lock(mutex);
     Slab* slab = holding.current;
     if (slab == nullptr || slab->free == nullptr) {
-      if (first == nullptr) add(*makeSlab(sizeIndex));
+      if (first == nullptr) add(*SlabHeap::makeSlab(sizeIndex));
       if (slab != nullptr) slab->isCurrent = false;
       slab = first;
       remove(*slab);
@@ -46,6 +47,14 @@ class SlabHeap::SizeList {
     holding.batchCount = 0;
   }
 
+  /// Takes over a slab that was a region's.
+  void takeOver(Slab& slab, std::uint32_t pieces) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex);
+    slab.region = nullptr;
+    slab.capacity = pieces;
+    settle(slab);
+  }
+
   /// Takes over the slab from which a thread has taken slots.
   void leave(Holding& holding) noexcept {
     const std::lock_guard<std::mutex> lock(mutex);
@@ -69,25 +78,14 @@ class SlabHeap::SizeList {
     return static_cast<std::uint32_t>(static_cast<std::size_t>(slab.end() - slab.fresh) / slotSize);
   }
 
-  static Slab* makeSlab(std::size_t sizeIndex) {
-    const std::size_t slotSize = (sizeIndex + 1) * GRANULE;
-    const std::size_t capacity = (SlabSource::SLAB_SIZE - SLOTS_BEGIN) / slotSize;
-    char* memory = static_cast<char*>(SlabSource::get().take());
-    Slab* slab = ::new (memory) Slab();
-    slab->sizeIndex = static_cast<std::uint32_t>(sizeIndex);
-    slab->capacity = static_cast<std::uint32_t>(capacity);
-    slab->freeCount = slab->capacity;
-    slab->fresh = memory + SLOTS_BEGIN;
-    return slab;
-  }
-
-  /// Finds the place of a slab, from which no thread takes slots and which has free ones.
+  /// Finds the place of a slab, from which no thread takes slots and which has free ones. What was
+  /// freed between pieces of other sizes stays unused.
   void settle(Slab& slab) noexcept {
     const bool isEmpty = slab.freeCount == slab.capacity;
     if (isEmpty && slab.isListed) remove(slab);
     if (isEmpty) {
       SlabSource::get().giveBack(&slab);
-    } else if (!slab.isListed) {
+    } else if (!slab.isListed && slab.sizeIndex != MIXED) {
       add(slab);
     }
   }
@@ -111,7 +109,23 @@ class SlabHeap::SizeList {
   Slab* first = nullptr;
 };
 
-constinit SlabHeap::SizeList SlabHeap::sizeLists[SIZES];
+constinit SlabHeap::SizeList SlabHeap::sizeLists[SIZES + 1];
+
+SlabHeap::Slab* SlabHeap::makeSlab(std::size_t sizeIndex) {
+  const std::size_t slotSize = (sizeIndex + 1) * GRANULE;
+  const std::size_t capacity = (SlabSource::SLAB_SIZE - SLOTS_BEGIN) / slotSize;
+  char* memory = static_cast<char*>(SlabSource::get().take());
+  Slab* slab = ::new (memory) Slab();
+  slab->sizeIndex = static_cast<std::uint32_t>(sizeIndex);
+  slab->capacity = static_cast<std::uint32_t>(capacity);
+  slab->freeCount = slab->capacity;
+  slab->fresh = memory + SLOTS_BEGIN;
+  return slab;
+}
+
+void SlabHeap::handOver(Slab& slab, std::uint32_t pieces) noexcept {
+  sizeLists[MIXED].takeOver(slab, pieces);
+}
 
 /// The bytes behind the last slot are less than a slot.
 char* SlabHeap::Slab::end() {
@@ -136,11 +150,7 @@ class SlabHeap::ThreadEnd {
     return use(late);
   }
 
-  ThreadEnd(const ThreadEnd&) = delete;
-  ThreadEnd& operator=(const ThreadEnd&) = delete;
-
- private:
-  /// Returns null when the thread is ending already or memory has run out.
+  /// Returns what the calling thread holds; null when it is ending or memory has run out.
   static Holdings* begin() noexcept {
     if (mine != nullptr || hasEnded) return mine;
     mine = new (std::nothrow) Holdings;
@@ -148,6 +158,10 @@ class SlabHeap::ThreadEnd {
     return mine;
   }
 
+  ThreadEnd(const ThreadEnd&) = delete;
+  ThreadEnd& operator=(const ThreadEnd&) = delete;
+
+ private:
   ThreadEnd() = default;
   ~ThreadEnd() {
     Holdings* holdings = mine;
@@ -176,14 +190,30 @@ constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
 
 // --- Slow ways -----------------------------------------------------------------------------------
 
+SlabHeap::Holdings* SlabHeap::makeHoldings() noexcept { return ThreadEnd::begin(); }
+
 void* SlabHeap::allocateLarge(std::size_t size) {
-  return size >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(size) : ::operator new(size);
+  const std::size_t whole = size + sizeof(Large);
+  if (whole < size) throw std::bad_alloc();
+  void* memory =
+      whole >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(whole) : ::operator new(whole);
+  auto* large = ::new (memory) Large{whole, nullptr, nullptr, nullptr};
+  if (mine != nullptr && mine->run.region != nullptr) mine->run.region->add(*large);
+  return large + 1;
 }
 
-void SlabHeap::freeLarge(void* memory, std::size_t size) noexcept {
-  if (size >= LargeBlocks::SMALLEST) return LargeBlocks::get().giveBack(memory, size);
-  ::operator delete(memory);
+void SlabHeap::freeLarge(void* memory) noexcept {
+  Large& large = static_cast<Large*>(memory)[-1];
+  if (large.region != nullptr) large.region->remove(large);
+  giveBack(large);
 }
+
+void SlabHeap::giveBack(Large& large) noexcept {
+  if (large.size >= LargeBlocks::SMALLEST) return LargeBlocks::get().giveBack(&large, large.size);
+  ::operator delete(&large);
+}
+
+void SlabHeap::openSlab(Run& run) { run.region->openSlab(run); }
 
 void* SlabHeap::takeSlowly(std::size_t sizeIndex) {
   return ThreadEnd::withHoldings([sizeIndex](Holdings& holdings) {
@@ -201,7 +231,12 @@ void SlabHeap::putSlowly(Slab* slab, Slot* slot) noexcept {
       [=](Holdings& holdings) { put(holdings.of[slab->sizeIndex], slab, slot); });
 }
 
+/// The slab of a region is not given back as long as that is whole, so that only the number counts.
 void SlabHeap::beginBatch(Holding& holding, Slab* slab, Slot* slot) noexcept {
+  if (slab->region != nullptr) {
+    ++slab->freeCount;
+    return;
+  }
   handIn(holding);
   slot->next = nullptr;
   holding.batchSlab = slab;

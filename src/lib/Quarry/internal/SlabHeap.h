@@ -18,12 +18,14 @@
 
 namespace Quarry {
 
+class SlabRegion;
+
 /// Hands out memory for items, groups, values, lists and texts: many small pieces that are made
 /// together and freed together, each of them by itself.
 ///
 /// Memory is cut from slabs: blocks of 64 KiB, aligned to their size, so that a slot's address
-/// tells its slab. All slots of a slab have one size. Sizes are rounded up to a multiple of 16
-/// bytes; what is larger than LARGEST comes from `operator new`.
+/// tells its slab. All slots of a slab have one size, unless the slab is a SlabRegion's. Sizes are
+/// rounded up to a multiple of 16 bytes; what is larger than LARGEST comes from `operator new`.
 ///
 /// Each thread has, for each size, one slab from which it takes slots, and a batch of slots of one
 /// other slab that it has freed: both without a lock, and so a tree is made and freed at the price
@@ -63,10 +65,15 @@ class SlabHeap {
   static void flush() noexcept;
 
  private:
+  friend class SlabRegion;
+
   class SizeList;
   class ThreadEnd;
 
   static constexpr std::size_t SIZES = LARGEST / GRANULE;
+
+  /// Takes the place of a size where the pieces of a slab have many: those of regions.
+  static constexpr std::uint32_t MIXED = SIZES;
 
   /// A slab's slots begin here; a multiple of the cache line, so that they share few of them.
   static constexpr std::size_t SLOTS_BEGIN = 64;
@@ -79,11 +86,12 @@ class SlabHeap {
     Slot* next;
   };
 
-  /// The beginning of a slab; its slots follow. All but `sizeIndex` is guarded by the lock of that
-  /// size.
+  /// The beginning of a slab; its slots follow. All but `sizeIndex` and `region` is guarded by the
+  /// lock of that size, unless there is a region.
   struct Slab {
     std::uint32_t sizeIndex;
-    std::uint32_t capacity;   ///< slots in all
+    std::uint32_t
+        capacity;  ///< slots in all; of a region's slab the largest number until it is full
     std::uint32_t freeCount;  ///< slots in `free` and from `fresh` on
     bool isCurrent;           ///< a thread takes slots from it
     bool isListed;            ///< it is in the list of its size
@@ -91,6 +99,7 @@ class SlabHeap {
     char* fresh;              ///< slots that were never used begin here and reach to the end
     Slab* previous;
     Slab* next;
+    SlabRegion* region;  ///< null for none
 
     static Slab* of(void* slot);
     char* end();
@@ -108,21 +117,44 @@ class SlabHeap {
     std::uint32_t batchCount = 0;
   };
 
+  /// From where a region's pieces are taken.
+  struct Run {
+    SlabRegion* region = nullptr;
+    char* next = nullptr;
+    char* end = nullptr;
+    std::uint32_t count = 0;  ///< of the pieces that were taken
+  };
+
   struct Holdings {
-    Holding of[SIZES];
+    Run run;  ///< of the region that the thread uses
+    Holding of[SIZES + 1];
+  };
+
+  /// Stands before a piece that is larger than LARGEST.
+  struct alignas(GRANULE) Large {
+    std::size_t size;    ///< with this
+    SlabRegion* region;  ///< null for none
+    Large* previous;
+    Large* next;
   };
 
   static std::size_t indexOf(std::size_t size) { return (size - 1) / GRANULE; }
   static void* take(Holding& holding, std::size_t sizeIndex);
+  static void* takeFrom(Run& run, std::size_t size);
+  static void openSlab(Run& run);
   static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
   static void* allocateLarge(std::size_t size);
-  static void freeLarge(void* memory, std::size_t size) noexcept;
+  static void freeLarge(void* memory) noexcept;
+  static void giveBack(Large& large) noexcept;
+  static Slab* makeSlab(std::size_t sizeIndex);
+  static void handOver(Slab& slab, std::uint32_t pieces) noexcept;
+  static Holdings* makeHoldings() noexcept;
   static void* takeSlowly(std::size_t sizeIndex);
   static void putSlowly(Slab* slab, Slot* slot) noexcept;
   static void beginBatch(Holding& holding, Slab* slab, Slot* slot) noexcept;
   static void handIn(Holding& holding) noexcept;
 
-  static SizeList sizeLists[SIZES];
+  static SizeList sizeLists[SIZES + 1];
 
   /// The calling thread's; null before its first use and when the thread ends. A pointer, because a
   /// library that is loaded late finds little room for variables that are reached directly.
@@ -161,10 +193,22 @@ inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
   return slot;
 }
 
+/// Returns the next bytes of a region.
+inline void* SlabHeap::takeFrom(Run& run, std::size_t size) {
+  if (size > static_cast<std::size_t>(run.end - run.next)) openSlab(run);
+  void* piece = run.next;
+  run.next += size;
+  ++run.count;
+  prefetch(run.next, SOON);
+  return piece;
+}
+
 inline void* SlabHeap::allocate(std::size_t size) {
   if (size > LARGEST) return allocateLarge(size);
   const std::size_t sizeIndex = indexOf(size);
-  void* slot = mine != nullptr ? take(mine->of[sizeIndex], sizeIndex) : nullptr;
+  if (mine == nullptr) return takeSlowly(sizeIndex);
+  if (mine->run.region != nullptr) return takeFrom(mine->run, roundUp(size));
+  void* slot = take(mine->of[sizeIndex], sizeIndex);
   return slot != nullptr ? slot : takeSlowly(sizeIndex);
 }
 
@@ -184,7 +228,7 @@ inline void SlabHeap::put(Holding& holding, Slab* slab, Slot* slot) noexcept {
 
 inline void SlabHeap::free(void* memory, std::size_t size) noexcept {
   if (memory == nullptr) return;
-  if (size > LARGEST) return freeLarge(memory, size);
+  if (size > LARGEST) return freeLarge(memory);
   Slab* slab = Slab::of(memory);
   Slot* slot = static_cast<Slot*>(memory);
   if (mine != nullptr) {

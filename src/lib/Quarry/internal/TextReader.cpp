@@ -9,7 +9,7 @@ namespace Quarry {
 TextOutcome readText(ParserWordStream& words, ParserGroup& group, unsigned long nestingDepth) {
   TextOutcome outcome;
   WordCutter& cutter = words.getCutter();
-  TreeBuilder builder(group);
+  TreeBuilder builder(group, true, cutter.getRestLength());
   outcome.endsWell = TextParser(cutter, builder, nestingDepth).parse();
   builder.completeItem();
   outcome.leavesOut = builder.leavesOut();

@@ -16,8 +16,10 @@ void TreeBuilder::beginBracedItem(const ParserWord& word) {
   enterGroup(braced->addGroup(nullptr));
 }
 
+/// Whoever is told may make trees of its own, which are no part of this one.
 void TreeBuilder::warning(Diagnostic diagnostic, const ParserWord& word) {
   completeItem();
+  const SlabRegion::Use none(nullptr);
   Plinth::console.warning(Messages::parserWarning(diagnostic, word), std::string());
 }
 
@@ -69,7 +71,7 @@ void TreeBuilder::addWord(const ParserWord& word, ParserValue::Type valueType) {
 /// Adds a value by the general rules.
 void TreeBuilder::addCarefully(const ParserWord& word, ParserValue::Type valueType) {
   completeItem();
-  item->addWord(word, valueType);
+  item->appendWord(word, valueType);
 }
 
 }  // namespace Quarry

@@ -29,8 +29,9 @@ class TreeBuilder {
  public:
   /// @param hasZeroBytes whether there may be any in ParserWords, which do not tell; they are then
   ///        read with more care
-  explicit TreeBuilder(ParserGroup& target, bool hasZeroBytes = true)
-      : group(&target), areWordsPlain(!hasZeroBytes) {
+  /// @param textLength how many bytes of text follow, as far as that is known
+  explicit TreeBuilder(ParserGroup& target, bool hasZeroBytes = true, unsigned long textLength = 0)
+      : region(target.makeRegionFor(textLength)), group(&target), areWordsPlain(!hasZeroBytes) {
     outers.reserve(USUAL_DEPTH);
   }
 
@@ -178,6 +179,7 @@ class TreeBuilder {
   void addWord(const ParserWord& word, ParserValue::Type valueType);
   void addCarefully(const ParserWord& word, ParserValue::Type valueType);
 
+  const SlabRegion::Use region;
   ParserGroup* group;          ///< the innermost group
   ParserItem* item = nullptr;  ///< its current item
   std::vector<Outer> outers;

@@ -13,6 +13,7 @@
 namespace Quarry {
 
 void TreeCopier::copyItems(const ParserGroup& source, ParserGroup& target) {
+  const SlabRegion::Use use(target.makeRegionFor(source));
   target.items.reserve(source.items.size());
   TreeCopier copier;
   TreeWalker(copier).walkGroup(source, {&target, nullptr});
@@ -29,6 +30,7 @@ TreeCopier::ItemMark TreeCopier::beginItem(const ParserItem& item, const GroupMa
 
 /// A value that owns nothing is its bytes.
 void TreeCopier::value(const ParserItem&, unsigned long, const ParserValue& value) {
+  if (value.type == ParserValue::TYPE_BINARYDATA) copy->noteHolding();
   if (value.ownsMemory) {
     ::new (copy->nextPlace()) ParserValue(value);
   } else {

@@ -8,6 +8,7 @@
 #include "NameIndex.h"
 #include "OutputBuffer.h"
 #include "SlabHeap.h"
+#include "SlabRegion.h"
 #include "StringText.h"
 
 #include <algorithm>
@@ -26,6 +27,13 @@ namespace Quarry {
 
 inline void detail::ItemList::freePlaces() noexcept {
   SlabHeap::free(places, capacity * PLACE_SIZE);
+}
+
+inline void detail::ItemList::forget() noexcept {
+  freePlaces();
+  places = nullptr;
+  count = 0;
+  capacity = 0;
 }
 
 /// Few groups have more than FIRST items, and for all others this is all there is to do.
@@ -159,6 +167,7 @@ inline ParserItem* ParserItem::make(std::string_view itemName, const char* reada
   const ValueCount places{wanted <= MOST ? std::max(wanted, 1UL) : 1};
   auto* item = new (places) ParserItem(itemName, readable, itemType, place);
   item->capacity = static_cast<std::uint32_t>(places.count);
+  item->isPart = true;
   return item;
 }
 
@@ -213,7 +222,9 @@ inline ParserGroup::ParserGroup() noexcept : plainCount(0), comparisons(0) {}
 
 /// Makes a group without a name.
 inline ParserGroup* ParserGroup::makeNested() {
-  return ::new (SlabHeap::allocate(sizeof(ParserGroup))) ParserGroup();
+  auto* group = ::new (SlabHeap::allocate(sizeof(ParserGroup))) ParserGroup();
+  group->isPart = true;
+  return group;
 }
 
 /// As `delete`, within the library.

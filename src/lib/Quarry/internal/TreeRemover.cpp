@@ -65,6 +65,7 @@ void TreeRemover::removeGroups() {
 /// Frees what the value owns. Groups without items are freed at once: that goes no deeper.
 void TreeRemover::release(ParserValue& value) {
   ParserGroup* group = value.getGroup();
+  if (group != nullptr) group->freeRegion();
   if (group == nullptr || group->items.empty()) return value.release();
   group->nextToRemove = waiting;
   group->removedItems = 0;

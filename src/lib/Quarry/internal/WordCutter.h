@@ -45,6 +45,9 @@ class WordCutter {
     return word.last == end || (word.first != nullptr && word.isEndedByBlank());
   }
 
+  /// Returns the number of bytes that are left to scan.
+  std::size_t getRestLength() const { return static_cast<std::size_t>(end - word.last); }
+
   /// Returns the next word, or null when there is none. The word is the cutter's and changes with
   /// the next call.
   [[gnu::always_inline]] const TextWord* next() {

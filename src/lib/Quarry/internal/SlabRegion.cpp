@@ -1,0 +1,137 @@
+#include "SlabRegion.h"
+
+#include <cstdint>
+#include <exception>
+#include <new>
+#include <utility>
+
+namespace Quarry {
+
+// --- Parts that have more ------------------------------------------------------------------------
+
+void SlabRegion::holdsMore(void* part, void (*release)(void*)) {
+  holders.push_back({part, release});
+}
+
+#ifdef QUARRY_PLAIN_HEAP
+
+// --- Without slabs -------------------------------------------------------------------------------
+
+SlabRegion::Use::Use(SlabRegion* used) noexcept : region(used), holdings(nullptr), exceptions(0) {}
+SlabRegion::Use::~Use() = default;
+std::unique_ptr<SlabRegion> SlabRegion::make() noexcept { return nullptr; }
+SlabRegion::~SlabRegion() = default;
+SlabRegion* SlabRegion::getUsed() { return nullptr; }
+SlabRegion* SlabRegion::of(const void*) { return nullptr; }
+void SlabRegion::breakUp() noexcept {}
+bool SlabRegion::has(const void*, std::size_t) const { return false; }
+
+#else
+
+// --- Making and freeing --------------------------------------------------------------------------
+
+std::unique_ptr<SlabRegion> SlabRegion::make() noexcept {
+  return std::unique_ptr<SlabRegion>(new (std::nothrow) SlabRegion);
+}
+
+/// What the holders free may lie here, so that the slabs go last.
+SlabRegion::~SlabRegion() {
+  for (const Holder& holder : holders)
+    holder.release(holder.part);
+  while (SlabHeap::Large* large = larges) {
+    larges = large->next;
+    SlabHeap::giveBack(*large);
+  }
+  while (SlabHeap::Slab* slab = newest) {
+    newest = slab->next;
+    SlabSource::get().giveBack(slab);
+  }
+}
+
+void SlabRegion::breakUp() noexcept {
+  isBroken = true;
+  holders.clear();
+  for (SlabHeap::Large* large = std::exchange(larges, nullptr); large != nullptr;
+       large = large->next) {
+    large->region = nullptr;
+  }
+  while (SlabHeap::Slab* slab = newest) {
+    newest = slab->next;
+    SlabHeap::handOver(*slab, slab->capacity);
+  }
+}
+
+SlabRegion* SlabRegion::getUsed() {
+  return SlabHeap::mine != nullptr ? SlabHeap::mine->run.region : nullptr;
+}
+
+SlabRegion* SlabRegion::of(const void* piece) {
+  return SlabHeap::Slab::of(const_cast<void*>(piece))->region;
+}
+
+bool SlabRegion::has(const void* piece, std::size_t size) const {
+  if (size <= SlabHeap::LARGEST) return of(piece) == this;
+  return static_cast<const SlabHeap::Large*>(piece)[-1].region == this;
+}
+
+// --- Getting pieces ------------------------------------------------------------------------------
+
+/// A thread that holds nothing gets its pieces elsewhere.
+SlabRegion::Use::Use(SlabRegion* used) noexcept
+    : region(used), holdings(SlabHeap::makeHoldings()), exceptions(std::uncaught_exceptions()) {
+  if (holdings != nullptr) {
+    outer = std::exchange(holdings->run, {region, nullptr, nullptr, 0});
+  } else if (region != nullptr) {
+    region->breakUp();
+  }
+}
+
+SlabRegion::Use::~Use() {
+  if (holdings == nullptr) return;
+  if (region != nullptr) {
+    if (std::uncaught_exceptions() > exceptions) region->breakUp();
+    region->closeSlab(holdings->run);
+  }
+  holdings->run = outer;
+}
+
+void SlabRegion::openSlab(SlabHeap::Run& run) {
+  closeSlab(run);
+  run = {this, nullptr, nullptr, 0};
+  open = SlabHeap::makeSlab(SlabHeap::MIXED);
+  open->capacity = UINT32_MAX;
+  open->freeCount = 0;
+  run.next = open->fresh;
+  run.end = reinterpret_cast<char*>(open) + SlabSource::SLAB_SIZE;
+  if (isBroken) return;
+  open->region = this;
+  open->next = std::exchange(newest, open);
+}
+
+/// Now that no piece is added any more, the slab can become empty.
+void SlabRegion::closeSlab(const SlabHeap::Run& run) noexcept {
+  SlabHeap::Slab* slab = std::exchange(open, nullptr);
+  if (slab == nullptr) return;
+  if (isBroken) {
+    SlabHeap::handOver(*slab, run.count);
+  } else {
+    slab->capacity = run.count;
+  }
+}
+
+void SlabRegion::add(SlabHeap::Large& large) {
+  if (isBroken) return;
+  large.region = this;
+  large.next = std::exchange(larges, &large);
+  if (large.next != nullptr) large.next->previous = &large;
+}
+
+void SlabRegion::remove(SlabHeap::Large& large) noexcept {
+  if (large.previous != nullptr) large.previous->next = large.next;
+  if (large.next != nullptr) large.next->previous = large.previous;
+  if (larges == &large) larges = large.next;
+}
+
+#endif
+
+}  // namespace Quarry

@@ -1,0 +1,523 @@
+// Memory that is given back at once: every piece is its owner's alone, and nothing stays behind.
+
+#include <Quarry/internal/LargeBlocks.h>
+#include <Quarry/internal/SlabHeap.h>
+#include <Quarry/internal/SlabRegion.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "HeapPieces.h"
+
+using Quarry::LargeBlocks;
+using Quarry::SlabHeap;
+using Quarry::SlabRegion;
+using Quarry::SlabSource;
+using namespace HeapPieces;
+
+// Under the address sanitizer there are no regions.
+
+#ifndef QUARRY_PLAIN_HEAP
+
+namespace {
+
+constexpr std::size_t LARGE = SlabHeap::LARGEST + 1;
+
+/// Fills more than one slab.
+constexpr std::size_t MANY = 3000;
+
+std::vector<void*> allocate(std::size_t count, std::size_t size) {
+  std::vector<void*> pieces(count);
+  for (void*& piece : pieces)
+    piece = SlabHeap::allocate(size);
+  return pieces;
+}
+
+void free(const std::vector<void*>& pieces, std::size_t size) {
+  for (void* piece : pieces)
+    SlabHeap::free(piece, size);
+}
+
+std::set<std::uintptr_t> slabsOf(const std::vector<void*>& pieces) {
+  std::set<std::uintptr_t> slabs;
+  for (const void* piece : pieces)
+    slabs.insert(slabOf(piece));
+  return slabs;
+}
+
+/// Returns the slabs that the next `count` ones are.
+std::set<std::uintptr_t> takeNextSlabs(std::size_t count) {
+  std::vector<void*> slabs(count);
+  for (void*& slab : slabs)
+    slab = SlabSource::get().take();
+  for (void* slab : slabs)
+    SlabSource::get().giveBack(slab);
+  return slabsOf(slabs);
+}
+
+/// Expects that slabs were given back last, and each of them once.
+void expectGivenBack(const std::set<std::uintptr_t>& slabs) {
+  EXPECT_EQ(takeNextSlabs(slabs.size()), slabs);
+}
+
+/// Adds to the number that a holder is.
+void count(void* number) { ++*static_cast<int*>(number); }
+
+}  // namespace
+
+// --- Pieces --------------------------------------------------------------------------------------
+
+TEST(SlabRegionTest, PiecesOfAllSizesDoNotOverlap) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  Pieces pieces;
+  for (std::size_t size = 1; size <= SlabHeap::LARGEST + 100; ++size)
+    pieces.emplace_back(size, static_cast<unsigned char>(size));
+  EXPECT_TRUE(areIntact(pieces));
+}
+
+TEST(SlabRegionTest, APieceOfEverySizeIsAligned) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  for (std::size_t size = 1; size <= SlabHeap::LARGEST + 1; ++size) {
+    const Piece piece(size, 1);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(piece.getBegin()) % SlabHeap::GRANULE, 0U) << size;
+  }
+}
+
+TEST(SlabRegionTest, APieceLiesBehindTheOneBeforeWhateverTheirSizes) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* first = static_cast<char*>(SlabHeap::allocate(30));
+  auto* second = static_cast<char*>(SlabHeap::allocate(100));
+  auto* third = static_cast<char*>(SlabHeap::allocate(16));
+  EXPECT_EQ(second, first + 32);
+  EXPECT_EQ(third, second + 112);
+}
+
+TEST(SlabRegionTest, ASlabHoldsPiecesOfOneRegionOnly) {
+  const auto region = SlabRegion::make();
+  const auto other = SlabRegion::make();
+  void* before = SlabHeap::allocate(64);
+  std::set<std::uintptr_t> slabs{slabOf(before)};
+  {
+    const SlabRegion::Use use(region.get());
+    slabs.insert(slabOf(SlabHeap::allocate(64)));
+  }
+  {
+    const SlabRegion::Use use(other.get());
+    slabs.insert(slabOf(SlabHeap::allocate(64)));
+  }
+  EXPECT_EQ(slabs.size(), 3U);
+  SlabHeap::free(before, 64);
+}
+
+TEST(SlabRegionTest, APieceTellsItsRegion) {
+  void* before = SlabHeap::allocate(64);
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  EXPECT_EQ(SlabRegion::of(SlabHeap::allocate(64)), region.get());
+  EXPECT_EQ(SlabRegion::of(before), nullptr);
+  SlabHeap::free(before, 64);
+}
+
+TEST(SlabRegionTest, PiecesOfAllSizesLieInTheRegionThatIsUsed) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  for (const std::size_t size : {std::size_t(1), SlabHeap::LARGEST, LARGE, LargeBlocks::SMALLEST})
+    EXPECT_TRUE(region->has(SlabHeap::allocate(size), size)) << size;
+}
+
+// --- Using ---------------------------------------------------------------------------------------
+
+TEST(SlabRegionTest, PiecesAreOrdinaryBeforeAndBehindTheUse) {
+  const auto region = SlabRegion::make();
+  const Piece before(64, 1);
+  { const SlabRegion::Use use(region.get()); }
+  const Piece behind(64, 1);
+  EXPECT_EQ(SlabRegion::of(before.getBegin()), nullptr);
+  EXPECT_EQ(SlabRegion::of(behind.getBegin()), nullptr);
+}
+
+TEST(SlabRegionTest, PiecesAreOrdinaryWhileNoRegionIsUsedWithinTheUse) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  const SlabRegion::Use none(nullptr);
+  const Piece small(64, 1);
+  const Piece large(LARGE, 1);
+  EXPECT_EQ(SlabRegion::of(small.getBegin()), nullptr);
+  EXPECT_FALSE(region->has(large.getBegin(), LARGE));
+}
+
+TEST(SlabRegionTest, TheUseWithinAnotherCounts) {
+  const auto outer = SlabRegion::make();
+  const auto inner = SlabRegion::make();
+  const SlabRegion::Use use(outer.get());
+  {
+    const SlabRegion::Use within(inner.get());
+    EXPECT_EQ(SlabRegion::of(SlabHeap::allocate(64)), inner.get());
+    EXPECT_EQ(SlabRegion::getUsed(), inner.get());
+  }
+  EXPECT_EQ(SlabRegion::of(SlabHeap::allocate(64)), outer.get());
+  EXPECT_EQ(SlabRegion::getUsed(), outer.get());
+}
+
+TEST(SlabRegionTest, TheSlabGoesOnBehindAUseWithinTheUse) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* first = static_cast<char*>(SlabHeap::allocate(16));
+  { const SlabRegion::Use none(nullptr); }
+  EXPECT_EQ(SlabHeap::allocate(16), first + 16);
+}
+
+TEST(SlabRegionTest, OtherThreadsDoNotUseTheRegion) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  std::thread([] {
+    const Piece piece(64, 1);
+    EXPECT_EQ(SlabRegion::of(piece.getBegin()), nullptr);
+  }).join();
+}
+
+TEST(SlabRegionTest, AnExceptionThatEndsTheUseBreaksTheRegionUp) {
+  const auto region = SlabRegion::make();
+  try {
+    const SlabRegion::Use use(region.get());
+    throw std::runtime_error("thrown");
+  } catch (const std::runtime_error&) {
+    EXPECT_FALSE(region->isWhole());
+  }
+}
+
+TEST(SlabRegionTest, AUseThatEndsWhileAnExceptionIsOnItsWayLeavesTheRegionWhole) {
+  struct User {
+    ~User() { const SlabRegion::Use use(&region); }
+    SlabRegion& region;
+  };
+  const auto region = SlabRegion::make();
+  try {
+    const User user{*region};
+    throw std::runtime_error("thrown");
+  } catch (const std::runtime_error&) {
+    EXPECT_TRUE(region->isWhole());
+  }
+}
+
+// --- Freed at once -------------------------------------------------------------------------------
+
+TEST(SlabRegionTest, ADestroyedRegionGivesItsSlabsBack) {
+  auto region = SlabRegion::make();
+  std::set<std::uintptr_t> slabs;
+  {
+    const SlabRegion::Use use(region.get());
+    slabs = slabsOf(allocate(MANY, 100));
+  }
+  ASSERT_GT(slabs.size(), 3U);
+  region.reset();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, ARegionWithoutPiecesIsDestroyed) {
+  auto region = SlabRegion::make();
+  { const SlabRegion::Use use(region.get()); }
+  region.reset();
+  EXPECT_TRUE(Piece(64, 1).isIntact());
+}
+
+TEST(SlabRegionTest, ADestroyedRegionGivesItsLargeBlocksBack) {
+  constexpr std::size_t SIZE = LargeBlocks::SMALLEST * 3;
+  auto region = SlabRegion::make();
+  std::vector<void*> blocks;
+  {
+    const SlabRegion::Use use(region.get());
+    blocks = allocate(3, SIZE);
+  }
+  region.reset();
+  std::vector<void*> next = allocate(3, SIZE);
+  EXPECT_EQ(std::set<void*>(next.begin(), next.end()),
+            std::set<void*>(blocks.begin(), blocks.end()));
+  free(next, SIZE);
+}
+
+TEST(SlabRegionTest, PiecesThatWereFreedByThemselvesAreNotUsedAgain) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  void* freed = SlabHeap::allocate(64);
+  SlabHeap::free(freed, 64);
+  EXPECT_NE(SlabHeap::allocate(64), freed);
+  const SlabRegion::Use none(nullptr);
+  const Piece ordinary(64, 1);
+  EXPECT_NE(ordinary.getBegin(), freed);
+}
+
+TEST(SlabRegionTest, ASlabWhosePiecesWereAllFreedIsGivenBackOnce) {
+  auto region = SlabRegion::make();
+  std::set<std::uintptr_t> slabs;
+  {
+    const SlabRegion::Use use(region.get());
+    const std::vector<void*> pieces = allocate(MANY, 100);
+    slabs = slabsOf(pieces);
+    free(pieces, 100);
+  }
+  SlabHeap::flush();
+  region.reset();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, LargePiecesThatWereFreedByThemselvesAreNotFreedAgain) {
+  constexpr std::size_t SIZE = LargeBlocks::SMALLEST * 3;
+  for (std::size_t freed = 0; freed < 3; ++freed) {  // the first, one in the middle, the last
+    auto region = SlabRegion::make();
+    std::vector<void*> blocks;
+    {
+      const SlabRegion::Use use(region.get());
+      blocks = allocate(3, SIZE);
+    }
+    SlabHeap::free(blocks[freed], SIZE);
+    region.reset();
+    const std::vector<void*> next = allocate(4, SIZE);
+    EXPECT_EQ(std::set<void*>(next.begin(), next.end()).size(), 4U) << freed;
+    free(next, SIZE);
+  }
+}
+
+// --- Parts that have more ------------------------------------------------------------------------
+
+TEST(SlabRegionTest, HoldersAreCalledBeforeTheRegionIsFreed) {
+  auto region = SlabRegion::make();
+  int first = 0;
+  int second = 0;
+  region->holdsMore(&first, count);
+  region->holdsMore(&second, count);
+  region->holdsMore(&second, count);
+  EXPECT_EQ(first, 0);
+  region.reset();
+  EXPECT_EQ(first, 1);
+  EXPECT_EQ(second, 2);
+}
+
+TEST(SlabRegionTest, HoldersMayFreePiecesOfTheRegion) {
+  auto region = SlabRegion::make();
+  std::set<std::uintptr_t> slabs;
+  {
+    const SlabRegion::Use use(region.get());
+    void* small = SlabHeap::allocate(64);
+    slabs.insert(slabOf(small));
+    region->holdsMore(small, [](void* piece) { SlabHeap::free(piece, 64); });
+    region->holdsMore(SlabHeap::allocate(LARGE), [](void* piece) { SlabHeap::free(piece, LARGE); });
+  }
+  region.reset();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, HoldersOfARegionThatWasBrokenUpAreNotCalled) {
+  auto region = SlabRegion::make();
+  int called = 0;
+  region->holdsMore(&called, count);
+  region->breakUp();
+  region.reset();
+  EXPECT_EQ(called, 0);
+}
+
+// --- Broken up -----------------------------------------------------------------------------------
+
+TEST(SlabRegionTest, ARegionIsWholeUntilItIsBrokenUp) {
+  const auto region = SlabRegion::make();
+  EXPECT_TRUE(region->isWhole());
+  region->breakUp();
+  EXPECT_FALSE(region->isWhole());
+}
+
+TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpTellNone) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  void* large = nullptr;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(MANY, 100);
+    large = SlabHeap::allocate(LARGE);
+  }
+  region->breakUp();
+  EXPECT_EQ(SlabRegion::of(pieces.front()), nullptr);
+  EXPECT_EQ(SlabRegion::of(pieces.back()), nullptr);
+  EXPECT_FALSE(region->has(large, LARGE));
+  free(pieces, 100);
+  SlabHeap::free(large, LARGE);
+}
+
+TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpOutliveIt) {
+  auto region = SlabRegion::make();
+  Pieces pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    std::mt19937 random(3);
+    pieces = makePieces(random, 2000);
+  }
+  region->breakUp();
+  region.reset();
+  std::mt19937 random(4);
+  const Pieces others = makePieces(random, 2000);
+  EXPECT_TRUE(areIntact(pieces));
+}
+
+TEST(SlabRegionTest, ASlabThatWasBrokenUpGoesBackWithItsLastPiece) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(100, 64);
+  }
+  region->breakUp();
+  const std::set<std::uintptr_t> slabs = slabsOf(pieces);
+  ASSERT_EQ(slabs.size(), 1U);
+  void* last = pieces.back();
+  pieces.pop_back();
+  free(pieces, 64);
+  SlabHeap::flush();
+  EXPECT_NE(takeNextSlabs(1), slabs);
+  SlabHeap::free(last, 64);
+  SlabHeap::flush();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, PiecesThatWereFreedBeforeItIsBrokenUpCount) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(100, 64);
+  }
+  const std::set<std::uintptr_t> slabs = slabsOf(pieces);
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    if (i == pieces.size() / 2) region->breakUp();
+    SlabHeap::free(pieces[i], 64);
+  }
+  SlabHeap::flush();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, ASlabThatIsEmptyWhenItIsBrokenUpGoesBackAtOnce) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(100, 64);
+  }
+  free(pieces, 64);
+  region->breakUp();
+  expectGivenBack(slabsOf(pieces));
+}
+
+TEST(SlabRegionTest, PlacesInSlabsThatWereBrokenUpAreNotUsedAgain) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(100, 64);
+  }
+  region->breakUp();
+  SlabHeap::free(pieces.back(), 64);
+  pieces.pop_back();
+  SlabHeap::flush();
+  const std::vector<void*> others = allocate(MANY, 64);
+  EXPECT_EQ(slabsOf(others).count(slabOf(pieces.front())), 0U);
+  free(others, 64);
+  free(pieces, 64);
+}
+
+TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpMayBeFreedByAnyThread) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(1000, 60);  // one slab
+  }
+  region->breakUp();
+  const std::set<std::uintptr_t> slabs = slabsOf(pieces);
+  ASSERT_EQ(slabs.size(), 1U);
+  std::vector<std::thread> threads;
+  for (std::size_t begin : {0, 1, 2, 3}) {
+    threads.emplace_back([&pieces, begin] {
+      for (std::size_t i = begin; i < pieces.size(); i += 4)
+        SlabHeap::free(pieces[i], 60);
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, ARegionThatIsBrokenUpWhileItIsUsedStillGivesPieces) {
+  auto region = SlabRegion::make();
+  Pieces pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    std::mt19937 random(5);
+    pieces = makePieces(random, 1000);
+    region->breakUp();
+    for (Piece& more : makePieces(random, 1000))
+      pieces.push_back(std::move(more));
+  }
+  region.reset();
+  EXPECT_TRUE(areIntact(pieces));
+}
+
+TEST(SlabRegionTest, SlabsOfARegionThatWasBrokenUpWhileItWasUsedGoBack) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(MANY, 100);
+    region->breakUp();
+    for (void* piece : allocate(MANY, 100))
+      pieces.push_back(piece);
+  }
+  const std::set<std::uintptr_t> slabs = slabsOf(pieces);
+  free(pieces, 100);
+  SlabHeap::flush();
+  expectGivenBack(slabs);
+}
+
+TEST(SlabRegionTest, TheSlabInUseStaysWhenItsPiecesAreFreedAfterBreakingUp) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* first = static_cast<char*>(SlabHeap::allocate(64));
+  region->breakUp();
+  SlabHeap::free(first, 64);
+  SlabHeap::flush();
+  void* second = SlabHeap::allocate(64);
+  EXPECT_EQ(second, first + 64);
+  SlabHeap::free(second, 64);
+}
+
+TEST(SlabRegionTest, AThreadThatIsEndingGetsOrdinaryPieces) {
+  struct AtTheEnd {
+    ~AtTheEnd() {
+      const SlabRegion::Use use(&region);
+      const Piece piece(64, 1);
+      EXPECT_EQ(SlabRegion::of(piece.getBegin()), nullptr);
+      EXPECT_FALSE(region.isWhole());
+    }
+    SlabRegion& region;
+  };
+  const auto region = SlabRegion::make();
+  std::thread([&region] {
+    thread_local const AtTheEnd end{*region};  // made before what the heap holds for the thread
+    const Piece piece(64, 1);
+    EXPECT_EQ(&end.region, region.get());
+  }).join();
+}
+
+#else
+
+TEST(SlabRegionTest, ThereAreNoneWhereEveryPieceStandsAlone) {
+  EXPECT_EQ(SlabRegion::make(), nullptr);
+}
+
+#endif
