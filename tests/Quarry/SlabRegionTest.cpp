@@ -69,11 +69,17 @@ void expectGivenBack(const std::set<std::uintptr_t>& slabs) {
 /// Adds to the number that a holder is.
 void count(void* number) { ++*static_cast<int*>(number); }
 
+/// Begins each test without pieces that were freed before: slabs that they leave go back then.
+class SlabRegionTest : public testing::Test {
+ protected:
+  void SetUp() override { SlabHeap::flush(); }
+};
+
 }  // namespace
 
 // --- Pieces --------------------------------------------------------------------------------------
 
-TEST(SlabRegionTest, PiecesOfAllSizesDoNotOverlap) {
+TEST_F(SlabRegionTest, PiecesOfAllSizesDoNotOverlap) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   Pieces pieces;
@@ -82,7 +88,7 @@ TEST(SlabRegionTest, PiecesOfAllSizesDoNotOverlap) {
   EXPECT_TRUE(areIntact(pieces));
 }
 
-TEST(SlabRegionTest, APieceOfEverySizeIsAligned) {
+TEST_F(SlabRegionTest, APieceOfEverySizeIsAligned) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   for (std::size_t size = 1; size <= SlabHeap::LARGEST + 1; ++size) {
@@ -91,7 +97,7 @@ TEST(SlabRegionTest, APieceOfEverySizeIsAligned) {
   }
 }
 
-TEST(SlabRegionTest, APieceLiesBehindTheOneBeforeWhateverTheirSizes) {
+TEST_F(SlabRegionTest, APieceLiesBehindTheOneBeforeWhateverTheirSizes) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   auto* first = static_cast<char*>(SlabHeap::allocate(30));
@@ -101,7 +107,7 @@ TEST(SlabRegionTest, APieceLiesBehindTheOneBeforeWhateverTheirSizes) {
   EXPECT_EQ(third, second + 112);
 }
 
-TEST(SlabRegionTest, ASlabHoldsPiecesOfOneRegionOnly) {
+TEST_F(SlabRegionTest, ASlabHoldsPiecesOfOneRegionOnly) {
   const auto region = SlabRegion::make();
   const auto other = SlabRegion::make();
   void* before = SlabHeap::allocate(64);
@@ -118,7 +124,7 @@ TEST(SlabRegionTest, ASlabHoldsPiecesOfOneRegionOnly) {
   SlabHeap::free(before, 64);
 }
 
-TEST(SlabRegionTest, APieceTellsItsRegion) {
+TEST_F(SlabRegionTest, APieceTellsItsRegion) {
   void* before = SlabHeap::allocate(64);
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
@@ -127,7 +133,7 @@ TEST(SlabRegionTest, APieceTellsItsRegion) {
   SlabHeap::free(before, 64);
 }
 
-TEST(SlabRegionTest, PiecesOfAllSizesLieInTheRegionThatIsUsed) {
+TEST_F(SlabRegionTest, PiecesOfAllSizesLieInTheRegionThatIsUsed) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   for (const std::size_t size : {std::size_t(1), SlabHeap::LARGEST, LARGE, LargeBlocks::SMALLEST})
@@ -136,7 +142,7 @@ TEST(SlabRegionTest, PiecesOfAllSizesLieInTheRegionThatIsUsed) {
 
 // --- Using ---------------------------------------------------------------------------------------
 
-TEST(SlabRegionTest, PiecesAreOrdinaryBeforeAndBehindTheUse) {
+TEST_F(SlabRegionTest, PiecesAreOrdinaryBeforeAndBehindTheUse) {
   const auto region = SlabRegion::make();
   const Piece before(64, 1);
   { const SlabRegion::Use use(region.get()); }
@@ -145,7 +151,7 @@ TEST(SlabRegionTest, PiecesAreOrdinaryBeforeAndBehindTheUse) {
   EXPECT_EQ(SlabRegion::of(behind.getBegin()), nullptr);
 }
 
-TEST(SlabRegionTest, PiecesAreOrdinaryWhileNoRegionIsUsedWithinTheUse) {
+TEST_F(SlabRegionTest, PiecesAreOrdinaryWhileNoRegionIsUsedWithinTheUse) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   const SlabRegion::Use none(nullptr);
@@ -155,7 +161,7 @@ TEST(SlabRegionTest, PiecesAreOrdinaryWhileNoRegionIsUsedWithinTheUse) {
   EXPECT_FALSE(region->has(large.getBegin(), LARGE));
 }
 
-TEST(SlabRegionTest, TheUseWithinAnotherCounts) {
+TEST_F(SlabRegionTest, TheUseWithinAnotherCounts) {
   const auto outer = SlabRegion::make();
   const auto inner = SlabRegion::make();
   const SlabRegion::Use use(outer.get());
@@ -168,7 +174,7 @@ TEST(SlabRegionTest, TheUseWithinAnotherCounts) {
   EXPECT_EQ(SlabRegion::getUsed(), outer.get());
 }
 
-TEST(SlabRegionTest, TheSlabGoesOnBehindAUseWithinTheUse) {
+TEST_F(SlabRegionTest, TheSlabGoesOnBehindAUseWithinTheUse) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   auto* first = static_cast<char*>(SlabHeap::allocate(16));
@@ -176,7 +182,7 @@ TEST(SlabRegionTest, TheSlabGoesOnBehindAUseWithinTheUse) {
   EXPECT_EQ(SlabHeap::allocate(16), first + 16);
 }
 
-TEST(SlabRegionTest, OtherThreadsDoNotUseTheRegion) {
+TEST_F(SlabRegionTest, OtherThreadsDoNotUseTheRegion) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   std::thread([] {
@@ -185,7 +191,7 @@ TEST(SlabRegionTest, OtherThreadsDoNotUseTheRegion) {
   }).join();
 }
 
-TEST(SlabRegionTest, AnExceptionThatEndsTheUseBreaksTheRegionUp) {
+TEST_F(SlabRegionTest, AnExceptionThatEndsTheUseBreaksTheRegionUp) {
   const auto region = SlabRegion::make();
   try {
     const SlabRegion::Use use(region.get());
@@ -195,7 +201,7 @@ TEST(SlabRegionTest, AnExceptionThatEndsTheUseBreaksTheRegionUp) {
   }
 }
 
-TEST(SlabRegionTest, AUseThatEndsWhileAnExceptionIsOnItsWayLeavesTheRegionWhole) {
+TEST_F(SlabRegionTest, AUseThatEndsWhileAnExceptionIsOnItsWayLeavesTheRegionWhole) {
   struct User {
     ~User() { const SlabRegion::Use use(&region); }
     SlabRegion& region;
@@ -211,7 +217,7 @@ TEST(SlabRegionTest, AUseThatEndsWhileAnExceptionIsOnItsWayLeavesTheRegionWhole)
 
 // --- Freed at once -------------------------------------------------------------------------------
 
-TEST(SlabRegionTest, ADestroyedRegionGivesItsSlabsBack) {
+TEST_F(SlabRegionTest, ADestroyedRegionGivesItsSlabsBack) {
   auto region = SlabRegion::make();
   std::set<std::uintptr_t> slabs;
   {
@@ -223,14 +229,14 @@ TEST(SlabRegionTest, ADestroyedRegionGivesItsSlabsBack) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, ARegionWithoutPiecesIsDestroyed) {
+TEST_F(SlabRegionTest, ARegionWithoutPiecesIsDestroyed) {
   auto region = SlabRegion::make();
   { const SlabRegion::Use use(region.get()); }
   region.reset();
   EXPECT_TRUE(Piece(64, 1).isIntact());
 }
 
-TEST(SlabRegionTest, ADestroyedRegionGivesItsLargeBlocksBack) {
+TEST_F(SlabRegionTest, ADestroyedRegionGivesItsLargeBlocksBack) {
   constexpr std::size_t SIZE = LargeBlocks::SMALLEST * 3;
   auto region = SlabRegion::make();
   std::vector<void*> blocks;
@@ -245,7 +251,7 @@ TEST(SlabRegionTest, ADestroyedRegionGivesItsLargeBlocksBack) {
   free(next, SIZE);
 }
 
-TEST(SlabRegionTest, PiecesThatWereFreedByThemselvesAreNotUsedAgain) {
+TEST_F(SlabRegionTest, PiecesThatWereFreedByThemselvesAreNotUsedAgain) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   void* freed = SlabHeap::allocate(64);
@@ -256,7 +262,7 @@ TEST(SlabRegionTest, PiecesThatWereFreedByThemselvesAreNotUsedAgain) {
   EXPECT_NE(ordinary.getBegin(), freed);
 }
 
-TEST(SlabRegionTest, ASlabWhosePiecesWereAllFreedIsGivenBackOnce) {
+TEST_F(SlabRegionTest, ASlabWhosePiecesWereAllFreedIsGivenBackOnce) {
   auto region = SlabRegion::make();
   std::set<std::uintptr_t> slabs;
   {
@@ -270,7 +276,7 @@ TEST(SlabRegionTest, ASlabWhosePiecesWereAllFreedIsGivenBackOnce) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, LargePiecesThatWereFreedByThemselvesAreNotFreedAgain) {
+TEST_F(SlabRegionTest, LargePiecesThatWereFreedByThemselvesAreNotFreedAgain) {
   constexpr std::size_t SIZE = LargeBlocks::SMALLEST * 3;
   for (std::size_t freed = 0; freed < 3; ++freed) {  // the first, one in the middle, the last
     auto region = SlabRegion::make();
@@ -289,7 +295,7 @@ TEST(SlabRegionTest, LargePiecesThatWereFreedByThemselvesAreNotFreedAgain) {
 
 // --- Parts that have more ------------------------------------------------------------------------
 
-TEST(SlabRegionTest, HoldersAreCalledBeforeTheRegionIsFreed) {
+TEST_F(SlabRegionTest, HoldersAreCalledBeforeTheRegionIsFreed) {
   auto region = SlabRegion::make();
   int first = 0;
   int second = 0;
@@ -302,7 +308,7 @@ TEST(SlabRegionTest, HoldersAreCalledBeforeTheRegionIsFreed) {
   EXPECT_EQ(second, 2);
 }
 
-TEST(SlabRegionTest, HoldersMayFreePiecesOfTheRegion) {
+TEST_F(SlabRegionTest, HoldersMayFreePiecesOfTheRegion) {
   auto region = SlabRegion::make();
   std::set<std::uintptr_t> slabs;
   {
@@ -316,7 +322,7 @@ TEST(SlabRegionTest, HoldersMayFreePiecesOfTheRegion) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, HoldersOfARegionThatWasBrokenUpAreNotCalled) {
+TEST_F(SlabRegionTest, HoldersOfARegionThatWasBrokenUpAreNotCalled) {
   auto region = SlabRegion::make();
   int called = 0;
   region->holdsMore(&called, count);
@@ -327,14 +333,14 @@ TEST(SlabRegionTest, HoldersOfARegionThatWasBrokenUpAreNotCalled) {
 
 // --- Broken up -----------------------------------------------------------------------------------
 
-TEST(SlabRegionTest, ARegionIsWholeUntilItIsBrokenUp) {
+TEST_F(SlabRegionTest, ARegionIsWholeUntilItIsBrokenUp) {
   const auto region = SlabRegion::make();
   EXPECT_TRUE(region->isWhole());
   region->breakUp();
   EXPECT_FALSE(region->isWhole());
 }
 
-TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpTellNone) {
+TEST_F(SlabRegionTest, PiecesOfARegionThatWasBrokenUpTellNone) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   void* large = nullptr;
@@ -351,7 +357,7 @@ TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpTellNone) {
   SlabHeap::free(large, LARGE);
 }
 
-TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpOutliveIt) {
+TEST_F(SlabRegionTest, PiecesOfARegionThatWasBrokenUpOutliveIt) {
   auto region = SlabRegion::make();
   Pieces pieces;
   {
@@ -366,7 +372,7 @@ TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpOutliveIt) {
   EXPECT_TRUE(areIntact(pieces));
 }
 
-TEST(SlabRegionTest, ASlabThatWasBrokenUpGoesBackWithItsLastPiece) {
+TEST_F(SlabRegionTest, ASlabThatWasBrokenUpGoesBackWithItsLastPiece) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   {
@@ -386,7 +392,7 @@ TEST(SlabRegionTest, ASlabThatWasBrokenUpGoesBackWithItsLastPiece) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, PiecesThatWereFreedBeforeItIsBrokenUpCount) {
+TEST_F(SlabRegionTest, PiecesThatWereFreedBeforeItIsBrokenUpCount) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   {
@@ -402,7 +408,7 @@ TEST(SlabRegionTest, PiecesThatWereFreedBeforeItIsBrokenUpCount) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, ASlabThatIsEmptyWhenItIsBrokenUpGoesBackAtOnce) {
+TEST_F(SlabRegionTest, ASlabThatIsEmptyWhenItIsBrokenUpGoesBackAtOnce) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   {
@@ -414,7 +420,7 @@ TEST(SlabRegionTest, ASlabThatIsEmptyWhenItIsBrokenUpGoesBackAtOnce) {
   expectGivenBack(slabsOf(pieces));
 }
 
-TEST(SlabRegionTest, PlacesInSlabsThatWereBrokenUpAreNotUsedAgain) {
+TEST_F(SlabRegionTest, PlacesInSlabsThatWereBrokenUpAreNotUsedAgain) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   {
@@ -431,7 +437,7 @@ TEST(SlabRegionTest, PlacesInSlabsThatWereBrokenUpAreNotUsedAgain) {
   free(pieces, 64);
 }
 
-TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpMayBeFreedByAnyThread) {
+TEST_F(SlabRegionTest, PiecesOfARegionThatWasBrokenUpMayBeFreedByAnyThread) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   {
@@ -453,7 +459,7 @@ TEST(SlabRegionTest, PiecesOfARegionThatWasBrokenUpMayBeFreedByAnyThread) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, ARegionThatIsBrokenUpWhileItIsUsedStillGivesPieces) {
+TEST_F(SlabRegionTest, ARegionThatIsBrokenUpWhileItIsUsedStillGivesPieces) {
   auto region = SlabRegion::make();
   Pieces pieces;
   {
@@ -468,7 +474,7 @@ TEST(SlabRegionTest, ARegionThatIsBrokenUpWhileItIsUsedStillGivesPieces) {
   EXPECT_TRUE(areIntact(pieces));
 }
 
-TEST(SlabRegionTest, SlabsOfARegionThatWasBrokenUpWhileItWasUsedGoBack) {
+TEST_F(SlabRegionTest, SlabsOfARegionThatWasBrokenUpWhileItWasUsedGoBack) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
   {
@@ -484,7 +490,7 @@ TEST(SlabRegionTest, SlabsOfARegionThatWasBrokenUpWhileItWasUsedGoBack) {
   expectGivenBack(slabs);
 }
 
-TEST(SlabRegionTest, TheSlabInUseStaysWhenItsPiecesAreFreedAfterBreakingUp) {
+TEST_F(SlabRegionTest, TheSlabInUseStaysWhenItsPiecesAreFreedAfterBreakingUp) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   auto* first = static_cast<char*>(SlabHeap::allocate(64));
@@ -496,7 +502,7 @@ TEST(SlabRegionTest, TheSlabInUseStaysWhenItsPiecesAreFreedAfterBreakingUp) {
   SlabHeap::free(second, 64);
 }
 
-TEST(SlabRegionTest, AThreadThatIsEndingGetsOrdinaryPieces) {
+TEST_F(SlabRegionTest, AThreadThatIsEndingGetsOrdinaryPieces) {
   struct AtTheEnd {
     ~AtTheEnd() {
       const SlabRegion::Use use(&region);

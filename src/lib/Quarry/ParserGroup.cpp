@@ -78,8 +78,9 @@ void ParserGroup::operator delete(void* memory, const std::nothrow_t&) noexcept 
 // --- Look ----------------------------------------------------------------------------------------
 
 const std::string& ParserGroup::getName() const {
-  static const std::string* const none = new std::string;  // outlives every document
-  return details != nullptr ? details->name : *none;
+  static const std::string& none = *new std::string;  // outlives every document
+  if (details == nullptr) return none;
+  return details->name;
 }
 
 /// The answer is always the one of a scan. Where a large group is scanned again and again, an index
@@ -211,7 +212,7 @@ void ParserGroup::freeDetails(void* group) { static_cast<ParserGroup*>(group)->d
 /// Enters the item that comes to stand at `position`, the end of `items`, in a list of positions.
 void ParserGroup::enter(const ParserItem& item, unsigned long position) {
   const bool isPlain = item.type == ParserItem::ITEM_PLAIN;
-  Positions& lists = getPositions() != nullptr ? *getPositions() : makePositions();
+  Positions& lists = makePositions();
   (isPlain ? lists.plain : lists.keywords).push_back(position);
   if (isPlain) ++plainCount;
 }
@@ -232,12 +233,15 @@ ParserGroup::Details& ParserGroup::makeDetails() const {
   return *details;
 }
 
+/// Returns the lists of positions, which are made where there are none.
 ParserGroup::Positions& ParserGroup::makePositions() {
+  if (Positions* lists = getPositions()) return *lists;
   auto made = std::make_unique<Positions>();
   made->plain.resize(plainCount);
   std::iota(made->plain.begin(), made->plain.end(), 0UL);
+  Positions& lists = *made;
   makeDetails().positions = std::move(made);
-  return *getPositions();
+  return lists;
 }
 
 /// An index of names is a help that can be done without.
