@@ -403,7 +403,8 @@ INSTANTIATE_TEST_SUITE_P(
                   [](ParserGroup& root) { itemOf(root, "b").addGroup(new ParserGroup("")); }},
         Operation{"AddWord",
                   [](ParserGroup& root) {
-                    const ParserWord word("\"" + LONG_STRING + "\"", true, 1.1);
+                    const std::string text = "\"" + LONG_STRING + "\"";
+                    const ParserWord word(text, true, 1.1);
                     itemOf(root, "b").addWord(word, Quarry::ParserValue::TYPE_STRING);
                   }},
         Operation{"RemoveValue", [](ParserGroup& root) { itemOf(root, "h").removeValue(0); }},
