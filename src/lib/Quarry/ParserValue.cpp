@@ -203,34 +203,31 @@ void ParserValue::makeValue() const {
   if (type == TYPE_STRING) {
     dataValid = true;
   } else if (!dataValid) {
-    makeData();
+    makeNumber();
   }
 }
 
-/// Makes the data of a number or bool from its text, and keeps it. Only a text that reaches into
-/// the place of the data stays there: the data is then made anew each time.
-ParserValue::Data ParserValue::makeData() const {
-  const Data data = convert();
-  if (textLength <= SLOT_TEXT || textLength > CONTENT_TEXT) {
-    content.data = data;
-    dataValid = true;
-  }
-  return data;
-}
-
-/// Converts the text of a number or bool.
-ParserValue::Data ParserValue::convert() const {
-  const std::string_view text = getBytes();
+/// Makes the data of a number or bool from its text, keeps it, and returns it as a number. Only a
+/// text that reaches into the place of the data stays there: the data is then made anew each time.
+double ParserValue::makeNumber() const {
   const bool isInline = textLength <= CONTENT_TEXT;
+  const std::string_view text = isInline ? std::string_view(inlineText(), textLength) : getBytes();
   const char* readable = isInline ? inlineText() + CONTENT_TEXT : text.data() + text.size();
   Data data;
+  double number = 0.0;
   switch (type) {
-    case TYPE_BOOL: data.boolean = text == "yes"; break;
-    case TYPE_CHAR: data.character = lowByte(readInteger(text, readable)); break;
-    case TYPE_INT: data.integer = static_cast<int>(readInteger(text, readable)); break;
-    default: data.number = readDouble(text, readable); break;
+    case TYPE_BOOL: number = data.boolean = text == "yes"; break;
+    case TYPE_CHAR:
+      data.character = lowByte(readInteger(text, readable));
+      number = toInt(data.character);
+      break;
+    case TYPE_INT: number = data.integer = static_cast<int>(readInteger(text, readable)); break;
+    default: number = data.number = readDouble(text, readable); break;
   }
-  return data;
+  if (isInline && textLength > SLOT_TEXT) return number;
+  content.data = data;
+  dataValid = true;
+  return number;
 }
 
 /// Tells whether the type converts to numbers, and warns where it does not.
@@ -242,13 +239,12 @@ bool ParserValue::isNumeric(const char* operation) const {
 
 /// Every bool, character and integer is a double without loss.
 double ParserValue::getNumber() const {
-  if (!dataValid && !textValid) return 0.0;
-  const Data data = dataValid ? content.data : makeData();
+  if (!dataValid) return textValid ? makeNumber() : 0.0;
   switch (type) {
-    case TYPE_BOOL: return data.boolean ? 1.0 : 0.0;
-    case TYPE_CHAR: return toInt(data.character);
-    case TYPE_INT: return data.integer;
-    default: return data.number;
+    case TYPE_BOOL: return content.data.boolean ? 1.0 : 0.0;
+    case TYPE_CHAR: return toInt(content.data.character);
+    case TYPE_INT: return content.data.integer;
+    default: return content.data.number;
   }
 }
 

@@ -338,8 +338,7 @@ class QUARRY_EXPORT ParserValue {
   /// As getAsString(), without making a string.
   QUARRY_HIDDEN std::string_view getAsBytes() const;
   QUARRY_HIDDEN double getNumber() const;
-  QUARRY_HIDDEN Data makeData() const;
-  QUARRY_HIDDEN Data convert() const;
+  QUARRY_HIDDEN double makeNumber() const;
   QUARRY_HIDDEN void warnOfMismatch(const char* operation) const;
   QUARRY_HIDDEN void become(Type newType);
   QUARRY_HIDDEN void release() noexcept;

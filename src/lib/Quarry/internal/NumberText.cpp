@@ -128,6 +128,22 @@ bool appendDigits(std::uint64_t& number, const char* end, std::size_t count) {
 
 // --- Plain numbers -------------------------------------------------------------------------------
 
+/// Reads [at, end), where it consists of up to 16 digits, and tells whether it does.
+/// @param readable bytes up to here may be read
+[[gnu::always_inline]] inline bool readDigits(const char* at, const char* end, const char* readable,
+                                              std::uint64_t& number) {
+  constexpr std::size_t MOST = 2 * GROUP;
+  const auto count = static_cast<std::size_t>(end - at);
+  if (count - 1 >= MOST || readable - at < static_cast<std::ptrdiff_t>(MOST)) return false;
+  const std::uint64_t first = loadDigits(at);
+  if (count <= GROUP) {
+    number = joinDigits(first, count);
+    return areDigits(first, count);
+  }
+  number = joinDigits(first, GROUP);
+  return appendDigits(number, end, count - GROUP) && findOthers(first) == 0;
+}
+
 /// A number as it is written: its digits, and how many of them stand behind the point.
 struct Decimal {
   std::uint64_t digits = 0;
@@ -256,11 +272,15 @@ double toNearest(const Decimal& decimal) {
 
 constexpr std::uint64_t GREATEST_INTEGER = std::numeric_limits<long long>::max();
 
-/// Reads the digits that a text begins with, which may be a number that does not fit.
-long long readAnyInteger(std::string_view text, bool isNegative) {
+/// Not inlined: it is for few numbers and would burden all.
+[[gnu::noinline]] long long readAnyInteger(std::string_view text) {
+  Reader reader(text);
+  reader.skipSpace();
+  const bool isNegative = reader.skipSign();
+  const std::string_view digits = reader.getRest();
   const std::uint64_t greatest = GREATEST_INTEGER + (isNegative ? 1 : 0);
   std::uint64_t number = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   if (result.ec == std::errc::result_out_of_range) number = greatest;
   number = std::min(number, greatest);
   return static_cast<long long>(isNegative ? 0 - number : number);
@@ -302,15 +322,12 @@ bool beginsWithDouble(std::string_view text) {
 }
 
 long long readInteger(std::string_view text, const char* readable) {
-  Reader reader(text);
-  reader.skipSpace();
-  const bool isNegative = reader.skipSign();
-  const std::string_view rest = reader.getRest();
-  Decimal decimal;
-  const bool isPlain = readDecimal(rest.data(), rest.data() + rest.size(), readable, decimal);
-  const bool fits = isPlain && decimal.fraction == 0 && decimal.digits <= GREATEST_INTEGER;
-  if (!fits) return readAnyInteger(rest, isNegative);
-  const auto magnitude = static_cast<long long>(decimal.digits);
+  const char* begin = text.data();
+  const char* end = begin + text.size();
+  const bool isNegative = begin != end && *begin == '-';
+  std::uint64_t number = 0;
+  if (!readDigits(begin + (isNegative ? 1 : 0), end, readable, number)) return readAnyInteger(text);
+  const auto magnitude = static_cast<long long>(number);
   return isNegative ? -magnitude : magnitude;
 }
 
