@@ -449,25 +449,29 @@ TEST(TreeRegionTest, ATreeMayBeFreedByAnotherThreadThanTheOneThatReadIt) {
   EXPECT_EQ(writeLines(*readLarge()), text);
 }
 
+namespace {
+
+/// Has a group adopt one that was read, and looked at.
+ParserGroup& adoptLarge(ParserGroup& outer) {
+  auto* inner = new ParserGroup("inner");
+  inner->setText(makeLargeText(), 1.1);
+  EXPECT_EQ(itemOf(*inner, "l").getString(0), LONG_STRING);
+  return *outer.addGroup(inner, false);
+}
+
+}  // namespace
+
 TEST(TreeRegionTest, AGroupThatIsFreedAtOnceIsFreedWithTheTreeThatAdoptedIt) {
   expectNothingLost([] {
     ParserGroup outer("outer");
-    auto* inner = new ParserGroup("inner");
-    inner->setText(makeLargeText(), 1.1);
-    outer.addGroup(inner, false);
-    EXPECT_EQ(itemOf(*inner, "l").getString(0), LONG_STRING);
-    EXPECT_REGION(isFreedAtOnce(*inner));
+    EXPECT_REGION(isFreedAtOnce(adoptLarge(outer)));
   });
 }
 
 TEST(TreeRegionTest, AGroupThatWasToBeFreedAtOnceIsFreedWithTheTreeThatAdoptedIt) {
   expectNothingLost([] {
     ParserGroup outer("outer");
-    auto* inner = new ParserGroup("inner");
-    inner->setText(makeLargeText(), 1.1);
-    outer.addGroup(inner, false);
-    EXPECT_EQ(itemOf(*inner, "l").getString(0), LONG_STRING);
-    itemOf(*inner, "b").addString(LONG_STRING);
+    itemOf(adoptLarge(outer), "b").addString(LONG_STRING);
   });
 }
 
