@@ -215,6 +215,17 @@ TEST_F(SlabRegionTest, AUseThatEndsWhileAnExceptionIsOnItsWayLeavesTheRegionWhol
   }
 }
 
+TEST_F(SlabRegionTest, ARegionTellsWhetherItIsUsed) {
+  const auto region = SlabRegion::make();
+  EXPECT_FALSE(region->isUsed());
+  {
+    const SlabRegion::Use use(region.get());
+    const SlabRegion::Use none(nullptr);
+    EXPECT_TRUE(region->isUsed());
+  }
+  EXPECT_FALSE(region->isUsed());
+}
+
 // --- Freed at once -------------------------------------------------------------------------------
 
 TEST_F(SlabRegionTest, ADestroyedRegionGivesItsSlabsBack) {

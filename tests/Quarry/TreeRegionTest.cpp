@@ -590,6 +590,28 @@ TEST(TreeRegionTest, AChangeOfTheTreeWhenAMessageIsToldLosesNothing) {
   });
 }
 
+TEST(TreeRegionTest, ATreeThatIsEmptiedWhenAMessageIsToldBeforeItsFirstItemLosesNothing) {
+  expectNothingLost([] {
+    ParserGroup root("root");
+    const BusyConsole console([&root] { root.clear(); });
+    root.setText(", " + makeLargeText(), 1.1);
+    EXPECT_EQ(root.getItem(0)->getInt(0), 1);
+    EXPECT_EQ(itemOf(root, "l").getString(0), LONG_STRING);
+  });
+}
+
+TEST(TreeRegionTest, ATextThatIsAddedWhenAMessageIsToldBeforeTheFirstItemLosesNothing) {
+  expectNothingLost([] {
+    ParserGroup root("root");
+    const BusyConsole console([&root] { root.setText("first 0 " + makeLargeText(), 1.1); });
+    root.setText(", last 2 " + makeLargeText(), 1.1);
+    EXPECT_EQ(root.getItem(0)->getName(), "first");
+    EXPECT_EQ(root.getItem("last")->getInt(0), 2);
+    EXPECT_EQ(itemOf(root, "l").getString(0), LONG_STRING);
+    EXPECT_FALSE(isFreedAtOnce(root.getItem("last")));
+  });
+}
+
 TEST(TreeRegionTest, AnExceptionThatAMessageEndsInLosesNothing) {
   expectNothingLost([] {
     ParserGroup root("root");

@@ -176,8 +176,11 @@ SlabRegion* ParserGroup::makeRegionFor(const ParserGroup& copied) {
   return isMany ? makeRegion() : nullptr;
 }
 
+/// A region that is used by whoever reads this group at the moment, and has told of something
+/// before the first item, stays.
 SlabRegion* ParserGroup::makeRegion() {
   Details& held = makeDetails();
+  if (held.region != nullptr && held.region->isUsed()) return nullptr;
   held.region = SlabRegion::make();
   return held.region.get();
 }
@@ -185,6 +188,7 @@ SlabRegion* ParserGroup::makeRegion() {
 /// Frees all items at once where they lie in a region that is whole.
 void ParserGroup::freeRegion() noexcept {
   if (details == nullptr || details->region == nullptr) return;
+  if (details->region->isUsed()) return details->region->breakUp();
   assert(RegionCheck::holds(*this, *details->region));
   if (details->region->isWhole()) items.forget();
   details->region.reset();

@@ -90,8 +90,7 @@ class SlabHeap {
   /// lock of that size, unless there is a region.
   struct Slab {
     std::uint32_t sizeIndex;
-    std::uint32_t
-        capacity;  ///< slots in all; of a region's slab the largest number until it is full
+    std::uint32_t capacity;   ///< slots in all; no limit while a region takes them
     std::uint32_t freeCount;  ///< slots in `free` and from `fresh` on
     bool isCurrent;           ///< a thread takes slots from it
     bool isListed;            ///< it is in the list of its size

@@ -17,7 +17,8 @@ void SlabRegion::holdsMore(void* part, void (*release)(void*)) {
 
 // --- Without slabs -------------------------------------------------------------------------------
 
-SlabRegion::Use::Use(SlabRegion* used) noexcept : region(used), holdings(nullptr), exceptions(0) {}
+SlabRegion::Use::Use(SlabRegion* usedRegion) noexcept
+    : region(usedRegion), holdings(nullptr), exceptions(0) {}
 SlabRegion::Use::~Use() = default;
 std::unique_ptr<SlabRegion> SlabRegion::make() noexcept { return nullptr; }
 SlabRegion::~SlabRegion() = default;
@@ -77,8 +78,11 @@ bool SlabRegion::has(const void* piece, std::size_t size) const {
 // --- Getting pieces ------------------------------------------------------------------------------
 
 /// A thread that holds nothing gets its pieces elsewhere.
-SlabRegion::Use::Use(SlabRegion* used) noexcept
-    : region(used), holdings(SlabHeap::makeHoldings()), exceptions(std::uncaught_exceptions()) {
+SlabRegion::Use::Use(SlabRegion* usedRegion) noexcept
+    : region(usedRegion),
+      holdings(SlabHeap::makeHoldings()),
+      exceptions(std::uncaught_exceptions()) {
+  if (region != nullptr) region->used = true;
   if (holdings != nullptr) {
     outer = std::exchange(holdings->run, {region, nullptr, nullptr, 0});
   } else if (region != nullptr) {
@@ -87,6 +91,7 @@ SlabRegion::Use::Use(SlabRegion* used) noexcept
 }
 
 SlabRegion::Use::~Use() {
+  if (region != nullptr) region->used = false;
   if (holdings == nullptr) return;
   if (region != nullptr) {
     if (std::uncaught_exceptions() > exceptions) region->breakUp();

@@ -34,7 +34,7 @@ class SlabRegion {
   /// freed that the region was told of.
   class Use {
    public:
-    explicit Use(SlabRegion* used) noexcept;
+    explicit Use(SlabRegion* usedRegion) noexcept;
     Use(const Use&) = delete;
     Use& operator=(const Use&) = delete;
     ~Use();
@@ -72,6 +72,9 @@ class SlabRegion {
   /// Tells whether the region was not broken up.
   bool isWhole() const { return !isBroken; }
 
+  /// Tells whether there is a Use: the region must not be destroyed before that ends.
+  bool isUsed() const { return used; }
+
   /// Tells whether a piece of any size lies here. For checks.
   bool has(const void* piece, std::size_t size) const;
 
@@ -92,6 +95,7 @@ class SlabRegion {
   SlabHeap::Large* larges = nullptr;  ///< pieces of more than LARGEST bytes
   std::vector<Holder> holders;
   bool isBroken = false;
+  bool used = false;
 };
 
 }  // namespace Quarry
