@@ -130,6 +130,17 @@ TEST(TreeRegionTest, LargeBinaryDataIs) {
   EXPECT_EQ(root.getItems("^a$").getCount(), 1u);
 }
 
+TEST(TreeRegionTest, ASmallGroupInLargeBinaryDataIsNot) {
+  std::vector<char> bytes = readText(TEXT)->getBinary(false);
+  bytes.resize(100000);
+  ParserGroup root("root");
+  unsigned long position = 0;
+  ASSERT_TRUE(root.setBinary(bytes, position));
+  for (const ParserItem* item : root.getItems("^a$"))
+    EXPECT_FALSE(isFreedAtOnce(item));
+  EXPECT_EQ(root.getItems("^a$").getCount(), 1u);
+}
+
 TEST(TreeRegionTest, ALargeFileIs) {
   const TestSupport::TemporaryFolder folder;
   const std::string path = folder.write("large.cfg", makeLargeText());

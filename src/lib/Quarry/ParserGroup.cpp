@@ -229,6 +229,7 @@ void ParserGroup::leave(const ParserItem& item) noexcept {
   if (isPlain) --plainCount;
 }
 
+/// Returns what few groups have, which is made where there is none. A region is told before.
 ParserGroup::Details& ParserGroup::makeDetails() const {
   if (details != nullptr) return *details;
   SlabRegion* region = isPart ? SlabRegion::of(this) : nullptr;

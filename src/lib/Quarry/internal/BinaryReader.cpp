@@ -48,8 +48,9 @@ BinaryReader::BinaryReader(const std::vector<char>& source, unsigned long& posit
 
 bool BinaryReader::readGroup(ParserGroup& group) {
   outerLevels.reserve(USUAL_DEPTH);
-  const SlabRegion::Use use(group.makeRegionFor(size - pos));
-  return openGroup(group) && run();
+  if (!openGroup(group)) return false;
+  const SlabRegion::Use use(group.makeRegionFor(level.groupEnd - pos));
+  return run();
 }
 
 bool BinaryReader::readItem(ParserItem& item) {
