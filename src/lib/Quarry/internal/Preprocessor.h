@@ -4,9 +4,9 @@
 #include <Plinth/Label.h>
 #include <Quarry/ParserLimits.h>
 
-#include "ByteSearch.h"
 #include "FileAccess.h"
 #include "IncludeGuard.h"
+#include "MarkerScan.h"
 #include "Messages.h"
 
 #include <list>
@@ -80,20 +80,17 @@ class Preprocessor {
  private:
   static constexpr double FAILURE = 0.0;
   static constexpr double UNDECLARED_VERSION = 1.0;
+  static constexpr std::string_view COMMENT_MARKER = "//";
   static constexpr std::string_view INCLUDE_MARKER = "#include \"";
   static constexpr std::string_view VERSION_MARKER = "#SerialVersion ";
-  static constexpr std::string_view QUOTE_BEHIND_BACKSLASH = "\\\"";
-  static constexpr std::size_t NONE = std::string_view::npos;
 
   /// A file that is being scanned.
   struct File {
+    explicit File(std::string loaded) : text(std::move(loaded)), scan(text) {}
+
     std::string text;
+    MarkerScan scan;
     double version = UNDECLARED_VERSION;
-    std::size_t position = 0;
-    std::size_t runBegin = 0;  ///< what stays from here to `position` is still to be handed on
-    std::size_t backslashesBeforeRun = 0;  ///< passed since the last other byte
-    std::size_t quotesPassed = 0;          ///< the place, up to `position`, that `inString` is of
-    bool inString = false;
   };
 
   /// Why a scan came to an end.
@@ -105,8 +102,8 @@ class Preprocessor {
     if (const auto objection = guard.object(name, path)) {
       return refuse(objection->diagnostic, objection->message);
     }
-    File file;
-    const LoadResult result = storage.load(name, path, file.text, guard.getAllowance());
+    std::string text;
+    const LoadResult result = storage.load(name, path, text, guard.getAllowance());
     if (result == LoadResult::TOO_LARGE) {
       return refuse(FileDiagnostic::EXCEEDS_LIMIT, guard.objectToSize(name));
     }
@@ -115,7 +112,7 @@ class Preprocessor {
       if (result == LoadResult::NOT_OPENED) return false;
     }
     guard.open(name, path);
-    files.push_back(std::move(file));
+    files.emplace_back(std::move(text));
     sink.beginFile(name, path, files.back().text);
     return true;
   }
@@ -128,142 +125,55 @@ class Preprocessor {
   /// Goes on with the innermost file, to its end or to the next include.
   Stop scan() {
     File& file = files.back();
-    while (goToMarker(file)) {
-      if (file.text[file.position] != '#') {
-        takeSlashes(file);
-      } else if (isAt(file, INCLUDE_MARKER)) {
+    while (file.scan.goToMarker()) {
+      if (file.scan.isAt(COMMENT_MARKER)) {
+        dropComment(file);
+      } else if (file.scan.isAt(INCLUDE_MARKER)) {
         return takeInclude(file);
-      } else if (isAt(file, VERSION_MARKER)) {
+      } else if (file.scan.isAt(VERSION_MARKER)) {
         takeVersionLine(file);
       } else {
-        ++file.position;
+        file.scan.skipByte();
       }
     }
-    handOn(file);
+    handOn(file, file.scan.getRun());
     return Stop::END_OF_FILE;
   }
 
   /// Rule 1.
   Stop takeInclude(File& file) {
-    endRun(file);
-    const std::string_view text = file.text;
-    const std::size_t begin = file.position;
+    handOn(file, file.scan.endRun());
+    const std::size_t begin = file.scan.getPosition();
     const std::size_t nameBegin = begin + INCLUDE_MARKER.size();
-    const std::size_t nameEnd = text.find('"', nameBegin);
-    if (nameEnd == NONE) {
+    const std::size_t nameEnd = file.text.find('"', nameBegin);
+    if (nameEnd == std::string::npos) {
       sink.unclosedInclude(begin);
       file.version = FAILURE;
       return Stop::END_OF_FILE;
     }
-    includedName = text.substr(nameBegin, nameEnd - nameBegin);
-    beginRun(file, nameEnd + 1);
-    sink.include(begin, text.substr(begin, file.position - begin), includedName);
+    includedName = file.text.substr(nameBegin, nameEnd - nameBegin);
+    sink.include(begin, file.scan.dropTo(nameEnd + 1), includedName);
     return Stop::INCLUDE;
   }
 
   /// Rule 2.
   void takeVersionLine(File& file) {
-    endRun(file);
-    const std::size_t begin = file.position;
-    const std::string_view line = takeLine(file);
+    handOn(file, file.scan.endRun());
+    const std::size_t begin = file.scan.getPosition();
+    const std::string_view line = file.scan.dropLine();
     file.version = Plinth::getDouble(std::string(line.substr(VERSION_MARKER.size())));
     sink.versionLine(begin, line);
   }
 
   /// Rule 3.
-  void takeSlashes(File& file) {
-    if (isInString(file)) return skipString(file);
-    endRun(file);
-    const std::size_t begin = file.position;
-    sink.comment(begin, takeLine(file));
+  void dropComment(File& file) {
+    handOn(file, file.scan.endRun());
+    const std::size_t begin = file.scan.getPosition();
+    sink.comment(begin, file.scan.dropLine());
   }
 
-  /// Rule 4. Only a comment asks whether it stands in a string, and most documents have none: so
-  /// the quotes before it are counted when it is met, all at once; escaped ones are taken back.
-  static bool isInString(File& file) {
-    const char* text = file.text.data();
-    const QuoteCount quotes = countQuotes(text + file.quotesPassed, text + file.position);
-    bool isOdd = quotes.isOdd;
-    if (quotes.hasBehindBackslash && isEscapedCountOdd(file)) isOdd = !isOdd;
-    if (isOdd) file.inString = !file.inString;
-    file.quotesPassed = file.position;
-    return file.inString;
-  }
-
-  /// Tells whether an odd number of the quotes not yet passed is escaped.
-  static bool isEscapedCountOdd(const File& file) {
-    const std::string_view text = std::string_view(file.text).substr(0, file.position);
-    bool isOdd = false;
-    std::size_t found = text.find(QUOTE_BEHIND_BACKSLASH, file.quotesPassed);
-    while (found != NONE) {
-      if (countBackslashes(file, found + 1) % 2 == 1) isOdd = !isOdd;
-      found = text.find(QUOTE_BEHIND_BACKSLASH, found + QUOTE_BEHIND_BACKSLASH.size());
-    }
-    return isOdd;
-  }
-
-  /// Goes on within a string up to the next quote, before which there is no comment.
-  static void skipString(File& file) {
-    goTo(file, [](const char* begin, const char* end) { return findAnyOf<'"', '#'>(begin, end); });
-  }
-
-  /// Returns the number of backslashes passed since the last other byte.
-  static std::size_t countBackslashes(const File& file, std::size_t end) {
-    std::size_t begin = end;
-    while (begin > file.runBegin && file.text[begin - 1] == '\\')
-      --begin;
-    return begin == file.runBegin ? file.backslashesBeforeRun + (end - begin) : end - begin;
-  }
-
-  /// Goes to what may begin a directive or begins a comment.
-  static bool goToMarker(File& file) {
-    return goTo(file, [](const char* begin, const char* end) {
-      return findByteOrPair<'#', '/'>(begin, end);
-    });
-  }
-
-  /// Goes to what `find` finds, or to the end of the text when there is nothing.
-  /// @return whether there is something
-  template <class Find>
-  static bool goTo(File& file, Find find) {
-    const char* text = file.text.data();
-    const char* end = text + file.text.size();
-    const char* found = find(text + file.position, end);
-    file.position = static_cast<std::size_t>(found - text);
-    return found != end;
-  }
-
-  static bool isAt(const File& file, std::string_view marker) {
-    return std::string_view(file.text).substr(file.position).starts_with(marker);
-  }
-
-  /// Returns the rest of the line with its line feed, and goes on behind it.
-  static std::string_view takeLine(File& file) {
-    const std::string_view text = file.text;
-    const std::size_t begin = file.position;
-    const std::size_t lineFeed = text.find('\n', begin);
-    beginRun(file, lineFeed == NONE ? text.size() : lineFeed + 1);
-    return text.substr(begin, file.position - begin);
-  }
-
-  /// Goes on behind a directive or a comment.
-  static void beginRun(File& file, std::size_t position) {
-    file.position = position;
-    file.runBegin = position;
-    file.quotesPassed = position;
-  }
-
-  /// Ends the run before a directive or a comment, which leave strings and backslashes as they are.
-  void endRun(File& file) {
-    isInString(file);
-    file.backslashesBeforeRun = countBackslashes(file, file.position);
-    handOn(file);
-  }
-
-  void handOn(const File& file) {
-    if (file.position == file.runBegin) return;
-    const std::size_t size = file.position - file.runBegin;
-    sink.run(file.runBegin, std::string_view(file.text).substr(file.runBegin, size));
+  void handOn(const File& file, std::string_view run) {
+    if (!run.empty()) sink.run(file.scan.getPosition() - run.size(), run);
   }
 
   const std::vector<std::string>& searchPaths;
