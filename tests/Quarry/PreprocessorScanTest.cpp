@@ -8,13 +8,15 @@
 #include <string_view>
 #include <vector>
 
+#include "support/Documents.h"
 #include "support/PlainPreprocessor.h"
 #include "support/RecordingConsole.h"
 #include "support/TemporaryFolder.h"
 
 // The preprocessor looks at many bytes at once and at quotes only when it has to. These tests hold
 // it against the rules as they are written, one byte after the other, and move what it looks for
-// over every place of its blocks.
+// over every place of its blocks. Reading a file, which removes no comments before it has to, is
+// held against reading what the preprocessor makes of it.
 
 using TestSupport::Files;
 using TestSupport::PlainPreprocessor;
@@ -75,6 +77,7 @@ class PreprocessorScanTest : public testing::Test {
     OverwritingSink sink;
     ASSERT_EQ(Quarry::Preprocessor(file.getSearchPaths(), sink).process("main.cfg"), version);
     ASSERT_EQ(sink.out, expected) << text;
+    if (version > 0.0) checkReading(text, expected, version);
   }
 
   /// Checks `special` at every place of three blocks, between ordinary bytes and in a string.
@@ -98,13 +101,25 @@ class PreprocessorScanTest : public testing::Test {
   }
 
  private:
+  void checkReading(const std::string& text, const std::string& preprocessed, double version) {
+    console.clear();
+    Quarry::ParserGroup group("root");
+    group.setText(preprocessed, version);
+    const std::vector<std::string> warnings = console.getWarnings();
+    console.clear();
+    file.clear();
+    ASSERT_TRUE(file.read("main.cfg")) << text;
+    ASSERT_EQ(console.getWarnings(), warnings) << text;
+    ASSERT_EQ(TestSupport::describe(file.getRoot()), TestSupport::describe(group)) << text;
+  }
+
   void add(const std::string& name, const std::string& text) {
     folder.write(name, text);
     files[name] = text;
   }
 
   const TestSupport::TemporaryFolder folder;
-  const TestSupport::RecordingConsole console;
+  TestSupport::RecordingConsole console;
   Files files;
   Quarry::ParserFile file;
   std::set<std::string> included;
@@ -167,6 +182,12 @@ TEST_F(PreprocessorScanTest, DirectivesFollowTheRulesInAnyOrder) {
   checkGenerated({"\"", "\\", "\\\"", "//c", "\n", "a", "#include \"", "#SerialVersion ",
                   "#SerialVersion 2\n", "#include \"empty.cfg\"", "1.5", "text.cfg\""},
                  2, 6000);
+}
+
+TEST_F(PreprocessorScanTest, NamedValuesAndCommentsFollowTheRulesInAnyOrder) {
+  checkGenerated({"name ", "5", "\"s\"", "{", "}", " ", "\n", "// c\n", "//c", "/", "=", ",",
+                  "#SerialVersion 1.5\n", "<empty>"},
+                 5, 3000);
 }
 
 TEST_F(PreprocessorScanTest, IncludedFilesFollowTheRulesInAnyOrder) {

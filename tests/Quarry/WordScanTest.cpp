@@ -34,7 +34,7 @@ bool isNameByte(char byte) {
   return isLetter || isDigit || (byte != 0 && std::strchr("[]_-.%:", byte) != nullptr);
 }
 
-bool isNumberByte(char byte) { return (byte >= '-' && byte <= '<') || byte == 'e'; }
+bool isNumberByte(char byte) { return (byte >= '-' && byte <= '<' && byte != '/') || byte == 'e'; }
 
 bool isNumberListByte(char byte) { return static_cast<unsigned char>(byte) <= '<' || byte == 'e'; }
 

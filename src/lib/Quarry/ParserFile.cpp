@@ -5,6 +5,7 @@
 
 #include "internal/BinaryReader.h"
 #include "internal/BinaryWriter.h"
+#include "internal/Comments.h"
 #include "internal/FileAccess.h"
 #include "internal/FileReplacement.h"
 #include "internal/Messages.h"
@@ -36,7 +37,8 @@ void warn(const std::string& message) { Plinth::console.warning(message, std::st
 /// becomes the result. Only where an include is met, the result is put together by copying.
 class TextCollector {
  public:
-  explicit TextCollector(std::string& text) : out(text) {}
+  /// @param wanted what becomes of the comments, where there is a choice
+  TextCollector(std::string& text, Comments wanted) : out(text), wantedComments(wanted) {}
 
   void beginFile(const std::string&, const std::string&, std::string& text) {
     if (!hasIncludes) topText = &text;
@@ -69,19 +71,35 @@ class TextCollector {
     }
   }
   void unclosedInclude(std::size_t) {}
+
+  bool takesComments() {
+    const bool mayBeLeft = !hasIncludes && isBlank(std::string_view(*topText).substr(begin, kept));
+    if (mayBeLeft) comments = wantedComments;
+    return comments == Comments::LEFT;
+  }
   void warning(FileDiagnostic, const std::string& message) { warn(message); }
 
   /// Returns where the collected text begins: behind a version line at a file's beginning, so that
   /// the rest need not be moved.
   std::size_t getBegin() const { return outBegin; }
 
+  /// Tells whether the text still has its comments. Where it has, blanks are all that was dropped
+  /// before: nothing was joined that looks like a comment and is none.
+  Comments getComments() const { return comments; }
+
  private:
+  static bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+  }
+
   std::string& out;
   std::size_t outBegin = 0;
   std::string* topText = nullptr;  ///< the text of the file that all begins with
   std::size_t begin = 0;           ///< the first byte of it that stays
   std::size_t kept = 0;            ///< how many bytes from there on stay
   bool hasIncludes = false;        ///< all of `topText` that stays, so far, is in `out`
+  const Comments wantedComments;
+  Comments comments = Comments::REMOVED;
 };
 
 /// Makes the document declare the version that is written: by its keyword, or by a version line.
@@ -151,12 +169,12 @@ bool ParserFile::read(const std::string& name) {
   searchPaths.emplace_back();
   includedFiles.clear();
   std::string text;
-  TextCollector collector(text);
+  TextCollector collector(text, Comments::LEFT);
   const double declared = Preprocessor(searchPaths, collector, limits).process(filename);
   searchPaths.pop_back();
   version = declared;
   if (!(version > 0.0)) return false;
-  ParserWordStream words(text, version, collector.getBegin());
+  ParserWordStream words(text, version, collector.getBegin(), collector.getComments());
   const TextOutcome outcome = readText(words, *root, limits.nestingDepth);
   if (outcome.leavesOut) {
     warn(Messages::atPlace(outcome.line, outcome.column) +
@@ -197,7 +215,7 @@ bool ParserFile::save(const std::string& name) {
 
 double ParserFile::preprocessFile(std::string& out, const std::string& file,
                                   std::set<std::string>& /*included*/) {
-  TextCollector collector(out);
+  TextCollector collector(out, Comments::REMOVED);
   const double declared = Preprocessor(searchPaths, collector, limits).process(file);
   out.erase(0, collector.getBegin());
   return declared;

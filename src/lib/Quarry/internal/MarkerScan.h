@@ -46,6 +46,9 @@ class MarkerScan {
   /// Goes on behind a byte that belongs to the run.
   void skipByte() { ++position; }
 
+  /// Goes on behind all bytes: they belong to the run.
+  void goToEnd() { position = text.size(); }
+
   /// Returns the run up to here.
   std::string_view getRun() const {
     return std::string_view(text).substr(runBegin, position - runBegin);

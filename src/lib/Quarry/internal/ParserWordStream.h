@@ -22,6 +22,11 @@ class ParserWordStream {
   ParserWordStream(const std::string& source, const double& version, std::size_t textBegin = 0)
       : cutter(source, version, textBegin) {}
 
+  /// @param comments as for WordCutter
+  ParserWordStream(std::string& source, const double& version, std::size_t textBegin,
+                   Comments comments)
+      : cutter(source, version, textBegin, comments) {}
+
   /// Tells whether nothing is left to scan. A text that ends in blanks is not exhausted before
   /// next() has found no further word.
   bool isExhausted() const { return cutter.isExhausted(); }

@@ -4,6 +4,7 @@
 #include <Plinth/Label.h>
 #include <Quarry/ParserLimits.h>
 
+#include "Comments.h"
 #include "FileAccess.h"
 #include "IncludeGuard.h"
 #include "MarkerScan.h"
@@ -46,6 +47,9 @@ namespace Quarry {
 ///     unclosedInclude(offset)         an include without a closing quote: all ends with it
 ///     endFile(version)                the innermost file ends; 0.0 for an unclosed include
 ///     warning(diagnostic, message)    a file cannot be read, the top file or one just included
+///     takesComments()                 may be missing; asked in the top file where no directive
+///                                     follows. When it returns true, all the rest is one run,
+///                                     with the comments
 ///
 /// `Files` finds and loads the files, as StoredFiles does.
 ///
@@ -80,7 +84,6 @@ class Preprocessor {
  private:
   static constexpr double FAILURE = 0.0;
   static constexpr double UNDECLARED_VERSION = 1.0;
-  static constexpr std::string_view COMMENT_MARKER = "//";
   static constexpr std::string_view INCLUDE_MARKER = "#include \"";
   static constexpr std::string_view VERSION_MARKER = "#SerialVersion ";
 
@@ -125,6 +128,7 @@ class Preprocessor {
   /// Goes on with the innermost file, to its end or to the next include.
   Stop scan() {
     File& file = files.back();
+    if (handOnRest(file)) return Stop::END_OF_FILE;
     while (file.scan.goToMarker()) {
       if (file.scan.isAt(COMMENT_MARKER)) {
         dropComment(file);
@@ -132,12 +136,35 @@ class Preprocessor {
         return takeInclude(file);
       } else if (file.scan.isAt(VERSION_MARKER)) {
         takeVersionLine(file);
+        if (handOnRest(file)) return Stop::END_OF_FILE;
       } else {
         file.scan.skipByte();
       }
     }
     handOn(file, file.scan.getRun());
     return Stop::END_OF_FILE;
+  }
+
+  /// Hands on the rest of the file as it is, if the sink takes it so.
+  bool handOnRest(File& file) {
+    if constexpr (requires { sink.takesComments(); }) {
+      if (files.size() > 1 || hasDirective(file) || !sink.takesComments()) return false;
+      file.scan.goToEnd();
+      handOn(file, file.scan.getRun());
+      return true;
+    }
+    return false;
+  }
+
+  /// Tells whether a directive follows.
+  static bool hasDirective(const File& file) {
+    std::string_view rest = std::string_view(file.text).substr(file.scan.getPosition());
+    while (!rest.starts_with(INCLUDE_MARKER) && !rest.starts_with(VERSION_MARKER)) {
+      const std::size_t next = rest.find('#', 1);
+      if (next == std::string_view::npos) return false;
+      rest.remove_prefix(next);
+    }
+    return true;
   }
 
   /// Rule 1.

@@ -3,6 +3,7 @@
 
 #include "ByteClass.h"
 #include "ByteSearch.h"
+#include "Comments.h"
 #include "TextWord.h"
 #include "WordClassifier.h"
 #include "WordScan.h"
@@ -27,22 +28,33 @@ namespace Quarry {
 /// Nearly every word shows by its first byte what it will be, and is looked at once: for its end
 /// and for what it is. One that turns out otherwise is cut and classified by the general rules.
 ///
+/// A text may still have its comments. It is cut, and lines and columns count, as if they had been
+/// removed before.
+///
 /// The cutter points into the text, which must stay alive and unchanged. Behind the text stands a
 /// zero byte, as it does in every string, so that the end need not be asked for at each byte.
 class WordCutter {
  public:
   /// @param textBegin where in `source` the text begins, in bytes from 0
   WordCutter(const std::string& source, const double& version, std::size_t textBegin = 0)
-      : word(source, version, textBegin),
-        begin(source.data() + textBegin),
-        end(source.data() + source.size()),
-        quickEnd(end - begin > QUICK_ROOM ? end - QUICK_ROOM : begin) {}
+      : word(source, version, textBegin), begin(source.data() + textBegin) {
+    setEnd(source.data() + source.size());
+  }
+
+  /// @param comments whether the text still has its comments. Then it has no directives and no zero
+  ///        bytes, and changes while it is cut.
+  WordCutter(std::string& source, const double& version, std::size_t textBegin, Comments comments)
+      : WordCutter(source, version, textBegin) {
+    if (comments == Comments::LEFT) commentedText = &source;
+  }
 
   /// Tells whether nothing is left to scan behind the word and the blank that ended it. A text that
   /// ends in more blanks is not exhausted before next() has found no further word.
   bool isExhausted() const {
-    if (word.last < quickEnd || end - word.last > 1) return false;
-    return word.last == end || (word.first != nullptr && word.isEndedByBlank());
+    if (word.last < quickEnd || end - word.last > 1) {
+      return word.last[1] == '/' && isExhaustedBehindComments();
+    }
+    return word.last == end || isExhaustedBehindOneByte();
   }
 
   /// Returns the number of bytes that are left to scan.
@@ -54,9 +66,7 @@ class WordCutter {
     const char* at = skipBlanks(word.last);
     const char first = *at;  // read once: the compiler has to think that the next line changes it
     word.first = at;
-    if (at >= quickEnd) return nextOther(at);
-    word.last = cut(at, first);
-    return &word;
+    return at < quickEnd ? cut(at, first) : cutOther(at);
   }
 
  private:
@@ -90,8 +100,8 @@ class WordCutter {
     return at + spaces;
   }
 
-  /// Sets what the word at `at` is, and returns where it ends.
-  [[gnu::always_inline]] const char* cut(const char* at, char first) {
+  /// Cuts the word at `at`.
+  [[gnu::always_inline]] const TextWord* cut(const char* at, char first) {
     if (isByteOf(first, BYTE_LETTER)) return cutName(at);
     if (isByteOf(first, BYTE_DIGIT)) return cutNumber(at);
     if (isByteOf(first, BYTE_DELIMITER)) return cutDelimiter(at);
@@ -101,68 +111,104 @@ class WordCutter {
     return first == '_' ? cutName(at) : cutOther(at);
   }
 
-  [[gnu::always_inline]] const char* cutDelimiter(const char* at) {
-    word.type = WordClassifier::ofDelimiter(*at);
-    return at + 1;
+  [[gnu::always_inline]] const TextWord* finish(const char* stop, ParserWord::Type type) {
+    word.last = stop;
+    word.type = type;
+    return &word;
   }
 
-  [[gnu::always_inline]] const char* cutName(const char* at) {
+  [[gnu::always_inline]] const TextWord* cutDelimiter(const char* at) {
+    return finish(at + 1, WordClassifier::ofDelimiter(*at));
+  }
+
+  [[gnu::always_inline]] const TextWord* cutName(const char* at) {
     const char* stop = findNameEndQuickly(at, end);
     if (!isStop(stop)) return cutOther(at);
-    word.type = WordClassifier::ofName(at, stop);
-    return stop;
+    return finish(stop, WordClassifier::ofName(at, stop));
   }
 
   /// What has other bytes than most numbers, as hexadecimal words do, is left to the general rules.
-  [[gnu::always_inline]] const char* cutNumber(const char* at) {
+  [[gnu::always_inline]] const TextWord* cutNumber(const char* at) {
     const NumberEnd stop = findNumberEnd(at);
     if (!isStop(stop.at)) return cutOther(at);
-    word.type = WordClassifier::ofDecimal(stop.hasFractionMark);
-    return stop.at;
+    return finish(stop.at, WordClassifier::ofDecimal(stop.hasFractionMark));
   }
 
-  [[gnu::always_inline]] const char* cutString(const char* at) {
+  /// A quote behind several backslashes, which only this cutter takes for part of the string, is
+  /// left to the general rules.
+  [[gnu::always_inline]] const TextWord* cutString(const char* at) {
     const char* quote = findStringStop(at + 1, end);
     word.hasBackslash = *quote == '\\';
     while (*quote == '\\') {
-      quote += quote[1] == '"' ? 2 : 1;
-      quote = findStringStop(quote, end);
+      const bool isBeforeQuote = quote[1] == '"';
+      if (isBeforeQuote && quote[-1] == '\\') return cutOther(at);
+      quote = findStringStop(quote + (isBeforeQuote ? 2 : 1), end);
     }
     if (*quote != '"' || !isStop(quote + 1)) return cutOther(at);
-    word.type = ParserWord::WORD_STRING;
-    return quote + 1;
+    return finish(quote + 1, ParserWord::WORD_STRING);
   }
 
-  [[gnu::always_inline]] const char* cutEmptyTag(const char* at) {
+  [[gnu::always_inline]] const TextWord* cutEmptyTag(const char* at) {
     constexpr std::string_view TAG = "<empty>";
     const char* stop = at + TAG.size();
     if (std::memcmp(at, TAG.data(), TAG.size()) != 0 || !isStop(stop)) return cutOther(at);
-    word.type = ParserWord::WORD_EMPTYTAG;
-    return stop;
+    return finish(stop, ParserWord::WORD_EMPTYTAG);
   }
 
   static bool isStop(const char* at) {
     return isByteOf(*at, BYTE_BLANK | BYTE_LINE_BREAK | BYTE_DELIMITER);
   }
 
-  /// The next word, which begins at `at`, if there is one. Not inlined: it is for few words and
-  /// would burden all.
-  [[gnu::noinline]] const TextWord* nextOther(const char* at) {
-    word.last = cutOther(at);
-    return at != end ? &word : nullptr;
-  }
-
-  /// Cuts any word, and none at the end of the text.
-  [[gnu::noinline]] const char* cutOther(const char* at) {
-    if (at == end) return end;
+  /// Cuts any word; null at the end of the text. Not inlined: it is for few words and would burden
+  /// all.
+  [[gnu::noinline]] const TextWord* cutOther(const char* at) {
+    word.last = end;
+    if (at == end) return nullptr;
     if (isByteOf(*at, BYTE_DELIMITER)) return cutDelimiter(at);
-    word.hasBackslash = true;  // perhaps
+    if (commentedText != nullptr && isComment(at, end)) return cutBehindComments(at);
     word.last = *at == '"' ? findQuotedEnd(at) : findEnd(at + 1);
+    if (commentedText != nullptr && !isFreeOfComments({at, word.last})) return cutUncommented(at);
+    word.hasBackslash = true;  // perhaps
     if (findAnyOf<'\0'>(at, word.last) != word.last) word.seenZeroByte = true;
     word.type = ParserWord::WORD_UNKNOWN;
     word.type = WordClassifier::classify(static_cast<const ParserWord&>(word));
-    return word.last;
+    return &word;
   }
+
+  /// Cuts the next word; at `at` is a comment. The line goes on behind it.
+  const TextWord* cutBehindComments(const char* at) {
+    while (isComment(at, end)) {
+      const char* behind = passComments(at, end);
+      word.lineBegin += behind - at;
+      at = skipBlanks(behind);
+    }
+    word.last = at;
+    return next();
+  }
+
+  /// Cuts the word at `at`, which changes with the comments of the text: it goes on behind one, or
+  /// an unclosed string begins in it. So they are removed, all at once.
+  const TextWord* cutUncommented(const char* at) {
+    const char* text = commentedText->data();
+    setEnd(text + removeComments(*commentedText, static_cast<std::size_t>(at - text)));
+    commentedText = nullptr;
+    word.last = at;
+    return next();
+  }
+
+  void setEnd(const char* textEnd) {
+    end = textEnd;
+    quickEnd = end - begin > QUICK_ROOM ? end - QUICK_ROOM : begin;
+  }
+
+  /// A comment may stand where the text seems to go on.
+  [[gnu::noinline]] bool isExhaustedBehindComments() const {
+    if (commentedText == nullptr) return false;
+    const char* at = passComments(word.last, end);
+    return at == end || (passComments(at + 1, end) == end && isExhaustedBehindOneByte());
+  }
+
+  bool isExhaustedBehindOneByte() const { return word.first != nullptr && word.isEndedByBlank(); }
 
   /// Returns where the word ends of which nothing up to `at` is a stop.
   const char* findEnd(const char* at) const {
@@ -195,7 +241,8 @@ class WordCutter {
   bool isQuoteAt(const char* at) const { return at == begin || at[-1] != '\\'; }
 
   TextWord word;
-  const char* begin;  ///< of the text, not owned
+  std::string* commentedText = nullptr;  ///< not owned; null for a text without comments
+  const char* begin;                     ///< of the text, not owned
   const char* end;
   const char* quickEnd;      ///< see QUICK_ROOM
   unsigned indentation = 0;  ///< of the line before, in blanks

@@ -40,9 +40,11 @@ class Block {
         _mm_or_si128(_mm_cmpeq_epi8(bytes, splat('{')), _mm_cmpeq_epi8(bytes, splat('}')))));
   }
 
-  /// The bytes that most numbers consist of, and a few others.
+  /// The bytes that most numbers consist of, and a few others, but no slash.
   unsigned numberBytes() const {
-    return bits(_mm_or_si128(isWithin(bytes, '-', '<'), _mm_cmpeq_epi8(bytes, splat('e'))));
+    const __m128i slashes = _mm_cmpeq_epi8(bytes, splat('/'));
+    const __m128i others = _mm_andnot_si128(slashes, isWithin(bytes, '-', '<'));
+    return bits(_mm_or_si128(others, _mm_cmpeq_epi8(bytes, splat('e'))));
   }
 
   /// The bytes of lists of numbers, and a few others up to the last of numberBytes().
@@ -212,7 +214,7 @@ inline const char* findNameEndQuickly(const char* at, const char* end) {
 
 /// What findNumberEnd() finds.
 struct NumberEnd {
-  const char* at;        ///< the first byte that is no `e`, digit or one of "-./:;<"
+  const char* at;        ///< the first byte that is no `e`, digit or one of "-.:;<"
   bool hasFractionMark;  ///< whether there is an `e` or a point before it
 };
 
@@ -237,7 +239,8 @@ inline NumberEnd findNumberEnd(const char* begin) {
 #else
   bool hasFractionMark = false;
   for (const char* at = begin; at != begin + LONGEST_NUMBER; ++at) {
-    if ((*at < '-' || *at > '<') && *at != 'e') return {at, hasFractionMark};
+    const bool isNumberByte = (*at >= '-' && *at <= '<' && *at != '/') || *at == 'e';
+    if (!isNumberByte) return {at, hasFractionMark};
     hasFractionMark = hasFractionMark || *at == '.' || *at == 'e';
   }
   return {begin, false};

@@ -1,5 +1,7 @@
 #include "FileLayout.h"
 
+#include <Quarry/internal/Comments.h>
+
 #include <algorithm>
 
 namespace Quarry {
@@ -8,7 +10,6 @@ namespace {
 
 constexpr char BLANKS[] = " \t";
 constexpr char LINE_BREAKS[] = "\r\n";
-constexpr std::string_view COMMENT_MARKER = "//";
 
 }  // namespace
 

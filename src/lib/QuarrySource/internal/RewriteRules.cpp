@@ -2,6 +2,7 @@
 
 #include <Quarry/ParserWord.h>
 #include <Quarry/internal/BinaryNumber.h>
+#include <Quarry/internal/Comments.h>
 #include <Quarry/internal/ParserWordStream.h>
 #include <Quarry/internal/WordClassifier.h>
 
@@ -16,7 +17,6 @@ namespace {
 constexpr double WRITTEN_VERSION = 1.1;
 constexpr std::string_view INCLUDE_MARKER = "#include \"";
 constexpr std::string_view VERSION_MARKER = "#SerialVersion ";
-constexpr std::string_view COMMENT_MARKER = "//";
 
 bool holds(std::string_view text, std::string_view wanted) {
   return text.find(wanted) != std::string_view::npos;
