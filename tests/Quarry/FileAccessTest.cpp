@@ -66,6 +66,14 @@ Loaded load(const std::string& name, const std::string& path) {
 
 std::string loadText(const std::string& path) { return load(path, path).text; }
 
+/// Loads a file of which a size was told before.
+std::string loadTold(const std::string& path, std::size_t size) {
+  std::string text;
+  unsigned long allowance = text.max_size();
+  EXPECT_EQ(loadFile(path, path, text, allowance, size), LoadResult::LOADED);
+  return text;
+}
+
 /// Returns the text that a compressed file with these bytes gives.
 std::string expand(const std::string& bytes) {
   const TemporaryFolder folder;
@@ -152,7 +160,7 @@ TEST(LoadFileTest, APlainFileIsReadUpToItsFirstZeroByte) {
 
 TEST(LoadFileTest, APlainFileOfAnyLengthIsReadWhole) {
   const TemporaryFolder folder;
-  for (const std::size_t size : {1U, 65534U, 65535U, 65536U, 65537U, 131072U, 200000U}) {
+  for (const std::size_t size : {1U, 16383U, 16384U, 16385U, 262143U, 262144U, 262145U, 600000U}) {
     std::string bytes(size, 'a');
     bytes.back() = 'z';
     EXPECT_EQ(loadText(folder.write("x.cfg", bytes)), bytes) << size;
@@ -161,10 +169,19 @@ TEST(LoadFileTest, APlainFileOfAnyLengthIsReadWhole) {
 
 TEST(LoadFileTest, AZeroByteEndsTheTextWhereverItStands) {
   const TemporaryFolder folder;
-  for (const std::size_t place : {0U, 1U, 65535U, 65536U, 65537U, 131071U, 131072U, 199999U}) {
-    std::string bytes(200000, 'a');
+  for (const std::size_t place : {0U, 1U, 262143U, 262144U, 262145U, 524288U, 599999U}) {
+    std::string bytes(600000, 'a');
     bytes[place] = '\0';
     EXPECT_EQ(loadText(folder.write("x.cfg", bytes)), std::string(place, 'a')) << place;
+  }
+}
+
+TEST(LoadFileTest, AFileIsReadWholeThatHasAnotherSizeThanWasTold) {
+  const TemporaryFolder folder;
+  const std::string bytes(40000, 'a');
+  const std::string path = folder.write("x.cfg", bytes);
+  for (const std::size_t size : {1U, 16384U, 39999U, 40000U, 40001U, 300000U}) {
+    EXPECT_EQ(loadTold(path, size), bytes) << size;
   }
 }
 

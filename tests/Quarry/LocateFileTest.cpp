@@ -108,3 +108,12 @@ TEST(LocateFileTest, ANameThatIsNoUtf8IsFound) {
   const std::string path = folder.write("m\xFCll.cfg", "");
   EXPECT_EQ(locateFile({folder.getPath()}, "m\xFCll.cfg"), path);
 }
+
+TEST(LocateFileTest, TheSizeOfTheFileIsTold) {
+  const TemporaryFolder folder;
+  folder.write("a/y.cfg", "other");
+  folder.write("b/x.cfg", "a 1\n");
+  std::size_t size = 0;
+  locateFile({folder.getPath("a"), folder.getPath("b")}, "x.cfg", &size);
+  EXPECT_EQ(size, 4U);
+}

@@ -22,9 +22,12 @@ constexpr mode_t NEW_FILE_MODE = 0666;
 /// The system would take a name with a zero byte for another, shorter one.
 bool isPossibleName(const std::string& path) { return path.find('\0') == std::string::npos; }
 
-bool isRegularFile(const std::string& path) {
+/// @param size where the file's size goes; may be null
+bool isRegularFile(const std::string& path, std::size_t* size = nullptr) {
   struct stat status = {};
-  return isPossibleName(path) && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+  if (!isPossibleName(path) || ::stat(path.c_str(), &status) != 0) return false;
+  if (size != nullptr) *size = static_cast<std::size_t>(status.st_size);
+  return S_ISREG(status.st_mode);
 }
 
 /// A file that is read from its beginning to its end. A small document takes about as long to open
@@ -48,21 +51,15 @@ class InputFile {
     return ::fstat(descriptor, &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
   }
 
-  /// Returns the number of bytes read: less than `size` at the end of the file, or behind an error,
-  /// which `errno` then tells.
+  /// Returns the number of bytes read: 0 at the end of the file, or for an error, which `errno`
+  /// then tells. It may be less than `size` anywhere.
   std::size_t read(char* bytes, std::size_t size) {
-    std::size_t count = 0;
-    errno = 0;
-    while (count < size) {
-      const ssize_t added = ::read(descriptor, bytes + count, size - count);
-      if (added > 0) count += static_cast<std::size_t>(added);
-      if (added < 0 && errno == EINTR) {
-        errno = 0;
-      } else if (added <= 0) {
-        break;
-      }
+    for (;;) {
+      errno = 0;
+      const ssize_t count = ::read(descriptor, bytes, size);
+      if (count >= 0) return static_cast<std::size_t>(count);
+      if (errno != EINTR) return 0;
     }
-    return count;
   }
 
  private:
@@ -123,35 +120,89 @@ LoadResult loadCompressed(const std::string& name, std::string& text, unsigned l
   return LoadResult::LOADED;
 }
 
-/// Reads a file up to its first zero byte. Each block is read and searched where it stays in the
-/// processor's cache, which takes no longer than to read all at once into a string of zero bytes.
+/// Appends what `fill(bytes, most)` writes; it returns how many bytes that are. Where the library
+/// allows it, the memory is not cleared before, which takes nearly as long as to read a file.
+template <class Fill>
+void appendFilled(std::string& text, std::size_t most, Fill fill) {
+  const std::size_t size = text.size();
+#ifdef __cpp_lib_string_resize_and_overwrite
+  text.resize_and_overwrite(size + most, [size, most, &fill](char* bytes, std::size_t) {
+    return size + fill(bytes + size, most);
+  });
+#else
+  text.resize(size + most);
+  text.resize(size + fill(text.data() + size, most));
+#endif
+}
+
+/// Reads the text of a file, which ends at the first zero byte.
+class TextInput {
+ public:
+  /// @param expectedSize of the file, in bytes; 0 when it is not known
+  TextInput(InputFile& textFile, std::size_t expectedSize) : file(textFile), size(expectedSize) {}
+
+  bool isAtEnd() const { return ended; }
+
+  /// Returns the number of bytes read. It is less than `most` only at the end.
+  ///
+  /// Parts of this size are searched for zero bytes while they are in the processor's cache.
+  std::size_t read(char* bytes, std::size_t most) {
+    constexpr std::size_t PART_SIZE = 1 << 18;
+    std::size_t count = 0;
+    while (count < most && !ended)
+      count += readPart(bytes + count, std::min(most - count, PART_SIZE));
+    return count;
+  }
+
+ private:
+  /// A file that has the size that was expected, and less than was asked for, ends there. Another
+  /// call would only tell that again.
+  std::size_t readPart(char* bytes, std::size_t most) {
+    const std::size_t count = file.read(bytes, most);
+    const std::size_t textSize = std::min(std::string_view(bytes, count).find('\0'), count);
+    readSize += count;
+    ended = count == 0 || textSize < count || (count < most && readSize == size);
+    return textSize;
+  }
+
+  InputFile& file;
+  const std::size_t size;
+  std::size_t readSize = 0;
+  bool ended = false;
+};
+
+/// Reads a file up to its first zero byte.
 ///
 /// The size that the system tells is believed up to a point: a file may be nearly all hole.
-LoadResult loadPlain(const std::string& path, std::string& text, unsigned long largest) {
-  constexpr std::size_t BLOCK_SIZE = 1 << 14;
+LoadResult loadPlain(const std::string& path, std::string& text, unsigned long largest,
+                     std::size_t size) {
+  constexpr std::size_t LEAST_ROOM = 1 << 14;
   constexpr std::size_t BELIEVED_SIZE = 1 << 28;
   InputFile file(path);
   if (!file.isOpen()) return LoadResult::NOT_OPENED;
-  char block[BLOCK_SIZE];
-  for (;;) {
-    const std::size_t count = file.read(block, BLOCK_SIZE);
+  if (size == 0) size = file.getSize();
+  TextInput input(file, size);
+  std::size_t room = size != 0 ? std::min(size, BELIEVED_SIZE) : LEAST_ROOM;
+  while (!input.isAtEnd()) {
+    const std::size_t most = std::min<std::size_t>(room, largest - text.size()) + 1;
+    appendFilled(text, most,
+                 [&input](char* bytes, std::size_t count) { return input.read(bytes, count); });
     if (errno != 0) return LoadResult::NOT_OPENED;
-    const std::size_t size = std::min(std::string_view(block, count).find('\0'), count);
-    if (size == BLOCK_SIZE && text.empty()) text.reserve(std::min(file.getSize(), BELIEVED_SIZE));
-    text.append(block, size);
     if (text.size() > largest) return LoadResult::TOO_LARGE;
-    if (size < BLOCK_SIZE) return LoadResult::LOADED;
+    room = std::max(text.size(), LEAST_ROOM);
   }
+  return LoadResult::LOADED;
 }
 
 }  // namespace
 
-std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name) {
+std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name,
+                       std::size_t* size) {
   for (const std::string& searchPath : searchPaths) {
     std::string path = searchPath;
     if (!path.empty() && path.back() != '/') path += '/';
     path += name;
-    if (isRegularFile(path)) return path;
+    if (isRegularFile(path, size)) return path;
   }
   return std::string();
 }
@@ -169,10 +220,10 @@ std::string resolvePath(const std::string& path) {
 
 /// A file that is found under its own name is opened once: its text shows whether it is compressed.
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
-                    unsigned long& allowance) {
+                    unsigned long& allowance, std::size_t size) {
   text.clear();
   if (chooseFile(name, path) != path) return loadCompressed(name, text, allowance);
-  const LoadResult result = loadPlain(path, text, allowance);
+  const LoadResult result = loadPlain(path, text, allowance, size);
   const bool showsCompression = name == path && text.starts_with(SIGNATURE);
   if (showsCompression && isRegularFile(name)) {
     text.clear();

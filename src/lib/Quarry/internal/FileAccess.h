@@ -3,6 +3,7 @@
 /// File names are bytes and are handed to the system as they are: names need not be UTF-8.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,9 @@ enum class LoadResult {
 
 /// Returns the first regular file among `searchPaths`, each followed by `name`, or an empty string
 /// when there is none. An empty search path stands for the bare name.
-std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name);
+/// @param size where the file's size in bytes goes; may be null
+std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name,
+                       std::size_t* size = nullptr);
 
 /// Returns the file that loadFile() loads: `path`, or `name` when a compressed file is called so.
 ///
@@ -39,19 +42,25 @@ std::string resolvePath(const std::string& path);
 /// @param path where locateFile() found it
 /// @param allowance how many bytes the file may have, unpacked; lowered by what it has. Not much
 ///        more is read.
+/// @param size what locateFile() told; 0 when it was not asked. The file may have another by now.
 /// @throws std::out_of_range ("basic_string::erase") for a compressed line of less than two bytes
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
-                    unsigned long& allowance);
+                    unsigned long& allowance, std::size_t size = 0);
 
-/// Finds and loads the files of a document where the system keeps them.
-struct StoredFiles {
-  static std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) {
-    return locateFile(searchPaths, name);
+/// Finds and loads the files of a document where the system keeps them. Each is loaded before the
+/// next is looked for.
+class StoredFiles {
+ public:
+  std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) {
+    return locateFile(searchPaths, name, &size);
   }
-  static LoadResult load(const std::string& name, const std::string& path, std::string& text,
-                         unsigned long& allowance) {
-    return loadFile(name, path, text, allowance);
+  LoadResult load(const std::string& name, const std::string& path, std::string& text,
+                  unsigned long& allowance) const {
+    return loadFile(name, path, text, allowance, size);
   }
+
+ private:
+  std::size_t size = 0;  ///< of the file that was found last
 };
 
 /// A file that is written as a whole: made, or emptied, when it is opened.
