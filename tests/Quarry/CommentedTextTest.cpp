@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/DescribeWords.h"
 #include "support/PlainPreprocessor.h"
 
 using Quarry::Comments;
@@ -17,6 +18,7 @@ using Quarry::removeComments;
 using Quarry::TextWord;
 using Quarry::WordCutter;
 using testing::ElementsAre;
+using TestSupport::describeWords;
 
 namespace {
 
@@ -28,30 +30,12 @@ std::string withoutComments(const std::string& text) {
   return clean;
 }
 
-void checkWord(const TextWord* word, const TextWord* expected, const std::string& text) {
-  ASSERT_EQ(word == nullptr, expected == nullptr) << text;
-  if (word == nullptr) return;
-  const std::string bytes(expected->begin(), expected->end());
-  ASSERT_EQ(std::string(word->begin(), word->end()), bytes) << text;
-  ASSERT_EQ(word->getType(), expected->getType()) << text << "\nat " << bytes;
-  ASSERT_EQ(word->getLine(), expected->getLine()) << text << "\nat " << bytes;
-  ASSERT_EQ(word->getColumn(), expected->getColumn()) << text << "\nat " << bytes;
-  const bool hasBackslash = bytes.find('\\') != std::string::npos;
-  ASSERT_TRUE(!hasBackslash || word->hasEscapes()) << text << "\nat " << bytes;
-}
-
 void checkWords(const std::string& text) {
   const std::string clean = withoutComments(text);
+  WordCutter expected(clean, 1.1);
   std::string commented = text;
   WordCutter cutter(commented, 1.1, 0, Comments::LEFT);
-  WordCutter expected(clean, 1.1);
-  for (bool hasMore = true; hasMore;) {
-    ASSERT_EQ(cutter.isExhausted(), expected.isExhausted()) << text;
-    const TextWord* word = expected.next();
-    checkWord(cutter.next(), word, text);
-    if (testing::Test::HasFatalFailure()) return;
-    hasMore = word != nullptr;
-  }
+  ASSERT_EQ(describeWords(cutter), describeWords(expected)) << text;
 }
 
 /// Checks a text, also where much is left behind its words, so that they are cut the quick way.
@@ -213,6 +197,13 @@ TEST(CommentedTextTest, AStringThatALineBreakEndsHidesACommentBehindIt) {
 TEST(CommentedTextTest, AnEscapedBackslashBeforeAQuoteIsSeenBothWays) {
   EXPECT_THAT(cut("\"a\\\\\" //b\n\" c" + std::string(80, ' ')),
               ElementsAre("1:1 \"a\\\\\" \"", "1:9 c"));
+}
+
+TEST(CommentedTextTest, AStringWithABackslashHasEscapes) {
+  std::string text = "\"a\\n//b\" //c\n \"\\\"//\"" + std::string(80, ' ');
+  WordCutter cutter(text, 1.1, 0, Comments::LEFT);
+  EXPECT_TRUE(cutter.next()->hasEscapes());
+  EXPECT_TRUE(cutter.next()->hasEscapes());
 }
 
 TEST(CommentedTextTest, ATextIsExhaustedThatGoesOnWithCommentsOnly) {
