@@ -40,10 +40,11 @@ class SlabRegion {
     ~Use();
 
    private:
-    SlabRegion* const region;
-    SlabHeap::Holdings* const holdings;  ///< the thread's; null when it holds nothing
-    SlabHeap::Run outer;                 ///< what the thread had before
-    const int exceptions;                ///< on their way when it was made
+    // The address sanitizer's build has no regions, and uses none of these.
+    [[maybe_unused]] SlabRegion* const region;
+    [[maybe_unused]] SlabHeap::Holdings* const holdings;  ///< the thread's; null: holds nothing
+    [[maybe_unused]] const int exceptions;                ///< on their way when it was made
+    SlabHeap::Run outer;                                  ///< what the thread had before
   };
 
   /// Returns a new region, or null: when memory runs out, and with the address sanitizer, which has
