@@ -175,6 +175,15 @@ TEST(CommentedTextTest, TheLineGoesOnBehindAComment) {
   EXPECT_THAT(cut("a // b\n  // c\nd\ne"), ElementsAre("1:1 a", "1:5 d", "2:0 e"));
 }
 
+TEST(CommentedTextTest, NothingIsMovedForACommentThatBeginsWhereAWordWould) {
+  const std::string written = "a // b\n// c\n  d \"//\" // e\n" + std::string(80, ' ') + "// f";
+  std::string text = written;
+  WordCutter cutter(text, 1.1, 0, Comments::LEFT);
+  while (cutter.next() != nullptr) {
+  }
+  EXPECT_EQ(text, written);
+}
+
 TEST(CommentedTextTest, AWordGoesOnBehindAComment) {
   EXPECT_THAT(cut("one two//x\nthree four//y\n//z\n\n5"),
               ElementsAre("1:1 one", "1:5 twothree", "1:14 four", "2:0 5"));

@@ -83,8 +83,8 @@ class TextCollector {
   /// the rest need not be moved.
   std::size_t getBegin() const { return outBegin; }
 
-  /// Tells whether the text still has its comments. Where it has, blanks are all that was dropped
-  /// before: nothing was joined that looks like a comment and is none.
+  /// Tells whether the text still has its comments. Where it has, nothing but blanks stands before
+  /// them: what was dropped there has joined nothing that looks like a comment and is none.
   Comments getComments() const { return comments; }
 
  private:
