@@ -77,6 +77,9 @@ class MarkerScan {
     return std::string_view(text).substr(begin, end - begin);
   }
 
+ private:
+  static constexpr std::string_view QUOTE_BEHIND_BACKSLASH = "\\\"";
+
   /// Tells whether the place is within a string. Only a comment asks, and most documents have none:
   /// so the quotes before it are counted when it is met, all at once; escaped ones are taken back.
   bool isInString() {
@@ -87,9 +90,6 @@ class MarkerScan {
     quotesPassed = position;
     return inString;
   }
-
- private:
-  static constexpr std::string_view QUOTE_BEHIND_BACKSLASH = "\\\"";
 
   /// Goes on within a string up to the next quote, before which there is no comment.
   void skipString() {
