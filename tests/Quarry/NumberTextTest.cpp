@@ -1,10 +1,13 @@
 // The numbers at the beginning of a text, compared with the C library's own reading.
 #include <Quarry/internal/NumberText.h>
+#include <Quarry/internal/ShortNumber.h>
 
 #include <gtest/gtest.h>
 
 #include <locale.h>
 #include <algorithm>
+#include <array>
+#include <cfloat>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -22,6 +25,9 @@ using namespace std::string_view_literals;
 using Quarry::beginsWithDouble;
 using Quarry::beginsWithInt;
 using Quarry::readDouble;
+using Quarry::readInteger;
+using Quarry::readShortDouble;
+using Quarry::readShortInteger;
 
 namespace {
 
@@ -63,8 +69,41 @@ bool areSame(double first, double second) {
   return first == second && std::signbit(first) == std::signbit(second);
 }
 
-long long readInteger(std::string_view text) {
-  return Quarry::readInteger(text, text.data() + text.size());
+constexpr std::size_t ROOM = 24;           ///< for the bytes of a text in a value
+constexpr std::size_t LONGEST_SHORT = 16;  ///< of the texts that may be read as short numbers
+
+/// A text where a value has it, with other bytes behind it.
+std::array<char, ROOM> place(const std::string& text, char behind) {
+  std::array<char, ROOM> bytes{};
+  bytes.fill(behind);
+  text.copy(bytes.data(), bytes.size());
+  return bytes;
+}
+
+/// Compares what is recognised as a short number with the C library.
+testing::AssertionResult agreesIfShort(const std::string& text, char behind) {
+  const std::array<char, ROOM> bytes = place(text, behind);
+  int integer = 0;
+  if (readShortInteger(bytes.data(), text.size(), integer) &&
+      integer != static_cast<int>(readWithStrtoll(text))) {
+    return testing::AssertionFailure() << "short, strtoll: " << testing::PrintToString(text);
+  }
+  double number = 0.0;
+  if (readShortDouble(bytes.data(), text.size(), number) &&
+      !areSame(number, std::strtod(text.c_str(), nullptr))) {
+    return testing::AssertionFailure() << "short, strtod: " << testing::PrintToString(text);
+  }
+  return testing::AssertionSuccess();
+}
+
+bool isShortInteger(const std::string& text) {
+  int integer = 0;
+  return readShortInteger(place(text, '7').data(), text.size(), integer);
+}
+
+bool isShortDouble(const std::string& text) {
+  double number = 0.0;
+  return readShortDouble(place(text, '7').data(), text.size(), number);
 }
 
 /// Compares all four with the C library. Digits stand behind the text, which a reading beyond its
@@ -81,7 +120,7 @@ testing::AssertionResult agrees(const std::string& text, std::size_t spare) {
   if (beginsWithDouble(view) != scanDouble(text)) {
     return testing::AssertionFailure() << "%lf: " << testing::PrintToString(text);
   }
-  if (Quarry::readInteger(view, readable) != readWithStrtoll(text)) {
+  if (readInteger(view) != readWithStrtoll(text)) {
     return testing::AssertionFailure() << "strtoll: " << testing::PrintToString(text);
   }
   if (!areSame(readDouble(view, readable), std::strtod(text.c_str(), nullptr))) {
@@ -92,7 +131,12 @@ testing::AssertionResult agrees(const std::string& text, std::size_t spare) {
 
 /// Compares with as much to read behind the text as there is in a value, and with nothing.
 testing::AssertionResult agrees(const std::string& text) {
-  constexpr std::size_t ROOM = 24;
+  if (text.size() <= LONGEST_SHORT) {
+    for (const char behind : {'7', '.'}) {
+      const testing::AssertionResult result = agreesIfShort(text, behind);
+      if (!result) return result;
+    }
+  }
   if (text.size() < ROOM) {
     const testing::AssertionResult result = agrees(text, ROOM - text.size());
     if (!result) return result;
@@ -242,6 +286,57 @@ TEST(NumberTextTest, LongRunsOfDigitsAreReadLikeTheCLibraryDoes) {
       ASSERT_TRUE(agrees(std::string(length, digit) + ".5e9"));
     }
   }
+}
+
+// --- Short numbers -------------------------------------------------------------------------------
+
+TEST(NumberTextTest, UpToSixteenDigitsAreAShortInteger) {
+  for (std::size_t length = 1; length <= 16; ++length)
+    EXPECT_TRUE(isShortInteger(std::string(length, '9'))) << length;
+  EXPECT_FALSE(isShortInteger(std::string(17, '9')));
+}
+
+TEST(NumberTextTest, UpToFifteenDigitsBehindAMinusAreAShortInteger) {
+  for (std::size_t length = 1; length <= 15; ++length)
+    EXPECT_TRUE(isShortInteger("-" + std::string(length, '9'))) << length;
+}
+
+TEST(NumberTextTest, AShortIntegerConsistsOfDigits) {
+  for (const char* text :
+       {"", "-", "+1", " 1", "1 ", "1x", "x", "1.0", "--1", "123456789x", "/", ":"})
+    EXPECT_FALSE(isShortInteger(text)) << text;
+}
+
+TEST(NumberTextTest, AShortIntegerThatDoesNotFitKeepsItsLowerBits) {
+  int integer = 0;
+  ASSERT_TRUE(readShortInteger(place("-4294967297", '7').data(), 11, integer));
+  EXPECT_EQ(integer, -1);
+}
+
+TEST(NumberTextTest, SevenDigitsWithAPointBeforeOneOfThemAreAShortDouble) {
+  if (FLT_EVAL_METHOD != 0) GTEST_SKIP() << "quotients are rounded twice here";
+  const std::string digits = "1200000";
+  for (std::size_t length = 1; length <= digits.size(); ++length) {
+    for (std::size_t place = 0; place < length; ++place) {
+      const std::string text = digits.substr(0, length).insert(place, ".");
+      EXPECT_TRUE(isShortDouble(text)) << text;
+      EXPECT_TRUE(isShortDouble("-" + text)) << text;
+    }
+  }
+}
+
+TEST(NumberTextTest, AShortDoubleConsistsOfDigitsAndAPoint) {
+  for (const char* text : {"", "-", ".", "-.", "1.", "-1.", "1", "12345678", "1.2.3", "1,5", "1e5",
+                           "+1.5", " 1.5", "1.5 ", "--1.5", "1.5x", "0x1.8", "1.2345678"}) {
+    EXPECT_FALSE(isShortDouble(text)) << text;
+  }
+}
+
+TEST(NumberTextTest, AShortZeroKeepsItsSign) {
+  if (FLT_EVAL_METHOD != 0) GTEST_SKIP() << "quotients are rounded twice here";
+  double number = 1.0;
+  ASSERT_TRUE(readShortDouble(place("-0.0", '7').data(), 4, number));
+  EXPECT_TRUE(areSame(number, -0.0));
 }
 
 // --- Facts worth a name --------------------------------------------------------------------------

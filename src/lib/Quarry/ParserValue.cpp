@@ -11,6 +11,7 @@
 #include "internal/Messages.h"
 #include "internal/NumberText.h"
 #include "internal/OutputBuffer.h"
+#include "internal/ShortNumber.h"
 #include "internal/StringText.h"
 #include "internal/TreeParts.h"
 
@@ -207,9 +208,29 @@ void ParserValue::makeValue() const {
   }
 }
 
-/// Makes the data of a number or bool from its text, keeps it, and returns it as a number. Only a
-/// text that reaches into the place of the data stays there: the data is then made anew each time.
+/// Makes the data of a number or bool from its text, keeps it, and returns it as a number.
 double ParserValue::makeNumber() const {
+  static_assert(CONTENT_TEXT >= SHORT_NUMBER_ROOM);
+  if (textLength > SLOT_TEXT) return makeAnyNumber();
+  if (type == TYPE_INT) {
+    int integer = 0;
+    if (!readShortInteger(inlineText(), textLength, integer)) return makeAnyNumber();
+    content.data.integer = integer;
+    dataValid = true;
+    return integer;
+  }
+  double number = 0.0;
+  if (type != TYPE_DOUBLE || !readShortDouble(inlineText(), textLength, number)) {
+    return makeAnyNumber();
+  }
+  content.data.number = number;
+  dataValid = true;
+  return number;
+}
+
+/// The same for all texts. One that reaches into the place of the data stays there: the data is
+/// then made anew each time.
+double ParserValue::makeAnyNumber() const {
   const bool isInline = textLength <= CONTENT_TEXT;
   const std::string_view text = isInline ? std::string_view(inlineText(), textLength) : getBytes();
   const char* readable = isInline ? inlineText() + CONTENT_TEXT : text.data() + text.size();
@@ -218,10 +239,10 @@ double ParserValue::makeNumber() const {
   switch (type) {
     case TYPE_BOOL: number = data.boolean = text == "yes"; break;
     case TYPE_CHAR:
-      data.character = lowByte(readInteger(text, readable));
+      data.character = lowByte(readInteger(text));
       number = toInt(data.character);
       break;
-    case TYPE_INT: number = data.integer = static_cast<int>(readInteger(text, readable)); break;
+    case TYPE_INT: number = data.integer = static_cast<int>(readInteger(text)); break;
     default: number = data.number = readDouble(text, readable); break;
   }
   if (isInline && textLength > SLOT_TEXT) return number;

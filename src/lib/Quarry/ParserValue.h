@@ -339,6 +339,7 @@ class QUARRY_EXPORT ParserValue {
   QUARRY_HIDDEN std::string_view getAsBytes() const;
   QUARRY_HIDDEN double getNumber() const;
   QUARRY_HIDDEN double makeNumber() const;
+  [[gnu::noinline]] QUARRY_HIDDEN double makeAnyNumber() const;  // would burden the short ones
   QUARRY_HIDDEN void warnOfMismatch(const char* operation) const;
   QUARRY_HIDDEN void become(Type newType);
   QUARRY_HIDDEN void release() noexcept;

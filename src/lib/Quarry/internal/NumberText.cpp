@@ -4,6 +4,7 @@
 
 #include "BinaryNumber.h"
 #include "ByteClass.h"
+#include "Digits.h"
 
 #include <algorithm>
 #include <array>
@@ -74,75 +75,7 @@ bool beginsWithInfinity(Reader reader) {
 /// `0x` alone is refused; a point after it is enough, without any digit.
 bool beginsWithHexDouble(Reader reader) { return reader.atHexDigit() || reader.atByte('.'); }
 
-// --- Digits --------------------------------------------------------------------------------------
-
-constexpr std::size_t MOST_DIGITS = 19;  ///< that fit into 64 bits, whatever they are
-
-constexpr auto POWERS_OF_TEN = [] {
-  std::array<std::uint64_t, MOST_DIGITS + 1> powers{1};
-  for (std::size_t i = 1; i < powers.size(); ++i)
-    powers[i] = powers[i - 1] * 10;
-  return powers;
-}();
-
-/// Up to eight digits are looked at as the bytes of a number, each less its '0', the first one
-/// lowest: most numbers have fewer, and a loop over them costs more in its last, wrongly foreseen
-/// step than all of this.
-constexpr std::size_t GROUP = 8;
-
-constexpr std::size_t BITS = 8;  ///< of a byte
-
-std::uint64_t loadDigits(const char* at) {
-  constexpr std::uint64_t ZEROS = 0x3030'3030'3030'3030;
-  return loadNumber<GROUP>(at) ^ ZEROS;
-}
-
-/// Returns a number whose lowest bit is in the first byte that is more than 9; 0 if none is.
-std::uint64_t findOthers(std::uint64_t digits) {
-  constexpr std::uint64_t HIGHEST = 0x8080'8080'8080'8080;
-  constexpr std::uint64_t CARRY = 0x7676'7676'7676'7676;  // makes 10 the first with a highest bit
-  return ((digits + CARRY) | digits) & HIGHEST;
-}
-
-/// Returns the number that the first `count` of eight digits are, more than none: makes pairs of
-/// them, then fours, then all.
-std::uint64_t joinDigits(std::uint64_t digits, std::size_t count) {
-  digits <<= BITS * (GROUP - count);
-  digits = digits * (1 + (10ULL << 8)) >> 8 & 0x00FF'00FF'00FF'00FF;
-  digits = digits * (1 + (100ULL << 16)) >> 16 & 0x0000'FFFF'0000'FFFF;
-  return digits * (1 + (10'000ULL << 32)) >> 32;
-}
-
-/// Tells whether the first `count` of eight bytes are digits, more than none.
-bool areDigits(std::uint64_t digits, std::size_t count) {
-  return findOthers(digits << BITS * (GROUP - count)) == 0;
-}
-
-/// Appends the `count` bytes before `end` to a number, up to eight, and tells whether all of them
-/// are digits. Eight are read.
-bool appendDigits(std::uint64_t& number, const char* end, std::size_t count) {
-  const std::uint64_t digits = loadDigits(end - GROUP) >> BITS * (GROUP - count);
-  number = number * POWERS_OF_TEN[count] + joinDigits(digits, count);
-  return areDigits(digits, count);
-}
-
 // --- Plain numbers -------------------------------------------------------------------------------
-
-/// Reads [at, end), where it consists of up to 16 digits, and tells whether it does.
-/// @param readable bytes up to here may be read
-[[gnu::always_inline]] inline bool readDigits(const char* at, const char* end, const char* readable,
-                                              std::uint64_t& number) {
-  constexpr std::size_t MOST = 2 * GROUP;
-  const auto count = static_cast<std::size_t>(end - at);
-  if (count - 1 >= MOST || readable - at < static_cast<std::ptrdiff_t>(MOST)) return false;
-  const std::uint64_t first = loadDigits(at);
-  if (count <= GROUP) {
-    number = joinDigits(first, count);
-    return areDigits(first, count);
-  }
-  number = joinDigits(first, GROUP);
-  return appendDigits(number, end, count - GROUP) && findOthers(first) == 0;
-}
 
 /// A number as it is written: its digits, and how many of them stand behind the point.
 struct Decimal {
@@ -155,33 +88,33 @@ struct Decimal {
 /// @param readable bytes up to here may be read
 [[gnu::always_inline]] inline bool readDecimal(const char* at, const char* end,
                                                const char* readable, Decimal& decimal) {
-  constexpr std::size_t MOST_READ = 2 * GROUP;
+  constexpr std::size_t MOST_READ = 2 * DIGIT_GROUP;
   if (readable - at < static_cast<std::ptrdiff_t>(MOST_READ) || at == end) return false;
   auto count = static_cast<std::size_t>(end - at);
   std::uint64_t first = loadDigits(at);
-  const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(first))) / BITS;
+  const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(first))) / BITS_OF_BYTE;
   if (count <= whole) {
     decimal.digits = joinDigits(first, count);
     return true;
   }
-  if (whole < GROUP) {
+  if (whole < DIGIT_GROUP) {
     if (whole == 0 || at[whole] != '.' || count == whole + 1) return false;
-    const std::uint64_t beforePoint = (std::uint64_t{1} << BITS * whole) - 1;
+    const std::uint64_t beforePoint = (std::uint64_t{1} << BITS_OF_BYTE * whole) - 1;
     first = (first & beforePoint) | (loadDigits(at + 1) & ~beforePoint);
     --count;
     decimal.fraction = count - whole;
   }
-  if (count <= GROUP) {
+  if (count <= DIGIT_GROUP) {
     decimal.digits = joinDigits(first, count);
     return areDigits(first, count);
   }
   if (count > MOST_DIGITS) return false;
-  decimal.digits = joinDigits(first, GROUP);
-  bool isNumber = areDigits(first, GROUP);
-  std::size_t rest = count - GROUP;
-  if (rest > GROUP) {
-    rest -= GROUP;
-    isNumber = appendDigits(decimal.digits, end - rest, GROUP) && isNumber;
+  decimal.digits = joinDigits(first, DIGIT_GROUP);
+  bool isNumber = areDigits(first, DIGIT_GROUP);
+  std::size_t rest = count - DIGIT_GROUP;
+  if (rest > DIGIT_GROUP) {
+    rest -= DIGIT_GROUP;
+    isNumber = appendDigits(decimal.digits, end - rest, DIGIT_GROUP) && isNumber;
   }
   return appendDigits(decimal.digits, end, rest) && isNumber;
 }
@@ -268,24 +201,6 @@ double toNearest(const Decimal& decimal) {
 
 #endif
 
-// --- All numbers ---------------------------------------------------------------------------------
-
-constexpr std::uint64_t GREATEST_INTEGER = std::numeric_limits<long long>::max();
-
-/// Not inlined: it is for few numbers and would burden all.
-[[gnu::noinline]] long long readAnyInteger(std::string_view text) {
-  Reader reader(text);
-  reader.skipSpace();
-  const bool isNegative = reader.skipSign();
-  const std::string_view digits = reader.getRest();
-  const std::uint64_t greatest = GREATEST_INTEGER + (isNegative ? 1 : 0);
-  std::uint64_t number = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (result.ec == std::errc::result_out_of_range) number = greatest;
-  number = std::min(number, greatest);
-  return static_cast<long long>(isNegative ? 0 - number : number);
-}
-
 /// Not inlined: it is for few numbers and would burden all.
 [[gnu::noinline]] double readAnyDouble(std::string_view text) {
 #ifndef __i386__  // there from_chars is not exact, see Plinth::getDouble()
@@ -321,14 +236,18 @@ bool beginsWithDouble(std::string_view text) {
   return beginsWithInfinity(reader);
 }
 
-long long readInteger(std::string_view text, const char* readable) {
-  const char* begin = text.data();
-  const char* end = begin + text.size();
-  const bool isNegative = begin != end && *begin == '-';
+long long readInteger(std::string_view text) {
+  Reader reader(text);
+  reader.skipSpace();
+  const bool isNegative = reader.skipSign();
+  const std::string_view digits = reader.getRest();
+  constexpr std::uint64_t GREATEST = std::numeric_limits<long long>::max();
+  const std::uint64_t greatest = GREATEST + (isNegative ? 1 : 0);
   std::uint64_t number = 0;
-  if (!readDigits(begin + (isNegative ? 1 : 0), end, readable, number)) return readAnyInteger(text);
-  const auto magnitude = static_cast<long long>(number);
-  return isNegative ? -magnitude : magnitude;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (result.ec == std::errc::result_out_of_range) number = greatest;
+  number = std::min(number, greatest);
+  return static_cast<long long>(isNegative ? 0 - number : number);
 }
 
 double readDouble(std::string_view text, const char* readable) {

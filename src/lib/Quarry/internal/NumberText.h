@@ -17,12 +17,11 @@ bool beginsWithDouble(std::string_view text);
 /// Reads a decimal integer as `strtol` does: leading white space and a sign are accepted, reading
 /// stops at the first other byte, no digits give 0, and what does not fit gives the nearest 64-bit
 /// number.
-/// @param readable bytes up to here may be read, though not used: more than the text's make it
-///        faster
-long long readInteger(std::string_view text, const char* readable);
+long long readInteger(std::string_view text);
 
 /// Reads a number as `strtod` does in the "C" locale; 0.0 where none begins.
-/// @param readable as for readInteger()
+/// @param readable bytes up to here may be read, though not used: more than the text's make it
+///        faster
 double readDouble(std::string_view text, const char* readable);
 
 }  // namespace Quarry
