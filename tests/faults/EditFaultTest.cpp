@@ -310,7 +310,7 @@ TEST(EditFaultTest, ATemplateIsMadeOrNot) {
 
 /// So many that their memory is not all there before.
 TEST(EditFaultTest, NewThatDoesNotThrowGivesNull) {
-  constexpr std::size_t PARTS = 2000;
+  constexpr std::size_t PARTS = TestSupport::MANY;
   std::array<std::unique_ptr<ParserItem>, PARTS> items;
   std::array<std::unique_ptr<ParserGroup>, PARTS> groups;
   bool lacksItem = false;
