@@ -5,7 +5,12 @@
 #include <Quarry/internal/SlabRegion.h>
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -64,6 +69,39 @@ std::set<std::uintptr_t> takeNextSlabs(std::size_t count) {
 /// Expects that slabs were given back last, and each of them once.
 void expectGivenBack(const std::set<std::uintptr_t>& slabs) {
   EXPECT_EQ(takeNextSlabs(slabs.size()), slabs);
+}
+
+/// Pieces of RARE_SIZE beyond these do not lie in slabs that are kept.
+constexpr std::size_t KEPT_PIECES = SlabSource::KEPT * RARE_IN_SLAB;
+
+/// Uses one extent up, and another in part.
+constexpr std::size_t EXTENT_SLABS = SlabSource::EXTENT_SIZE / SlabSource::SLAB_SIZE;
+constexpr std::size_t EXTENT_PIECES = (EXTENT_SLABS + 2) * RARE_IN_SLAB;
+
+/// A region of so many pieces that the last ones lie in extents.
+struct LargeRegion {
+  LargeRegion() {
+    const SlabRegion::Use use(region.get());
+    allocateRare(KEPT_PIECES);
+    pieces = allocateRare(EXTENT_PIECES);
+  }
+
+  std::unique_ptr<SlabRegion> region = SlabRegion::make();
+  std::vector<void*> pieces;  ///< those in extents
+};
+
+bool isMapped(const void* piece) {
+  unsigned char page = 0;
+  void* slab = reinterpret_cast<void*>(slabOf(piece) * SlabSource::SLAB_SIZE);
+  return ::mincore(slab, 1, &page) == 0 || errno != ENOMEM;
+}
+
+/// Expects that slabs were given back, each once: they are among the next ones, as many as are kept
+/// and as were given back without their memory.
+void expectHandedOutAgain(const std::set<std::uintptr_t>& slabs) {
+  const std::set<std::uintptr_t> next = takeNextSlabs(2 * SlabSource::KEPT + slabs.size());
+  EXPECT_EQ(next.size(), 2 * SlabSource::KEPT + slabs.size());
+  EXPECT_TRUE(std::includes(next.begin(), next.end(), slabs.begin(), slabs.end()));
 }
 
 /// Adds to the number that a holder is.
@@ -512,6 +550,84 @@ TEST_F(SlabRegionTest, TheSlabInUseStaysWhenItsPiecesAreFreedAfterBreakingUp) {
   EXPECT_EQ(second, first + 64);
   SlabHeap::free(second, 64);
 }
+
+// --- Extents -------------------------------------------------------------------------------------
+
+TEST_F(SlabRegionTest, BeyondTheKeptSlabsThoseOfAnExtentLieSideBySide) {
+  const LargeRegion large;
+  const std::vector<void*> inFirst(large.pieces.begin(),
+                                   large.pieces.begin() + EXTENT_SLABS * RARE_IN_SLAB);
+  const std::set<std::uintptr_t> slabs = slabsOf(inFirst);
+  EXPECT_EQ(slabs.size(), EXTENT_SLABS);
+  EXPECT_EQ(*slabs.begin() % EXTENT_SLABS, 0U);
+  EXPECT_EQ(*slabs.rbegin(), *slabs.begin() + EXTENT_SLABS - 1);
+}
+
+TEST_F(SlabRegionTest, PiecesInExtentsTellTheirRegion) {
+  const LargeRegion large;
+  for (void* piece : large.pieces)
+    EXPECT_EQ(SlabRegion::of(piece), large.region.get());
+}
+
+TEST_F(SlabRegionTest, ADestroyedRegionGivesItsExtentsBack) {
+  LargeRegion large;
+  EXPECT_TRUE(isMapped(large.pieces.front()));
+  EXPECT_TRUE(isMapped(large.pieces.back()));
+  large.region.reset();
+  EXPECT_FALSE(isMapped(large.pieces.front()));
+  EXPECT_FALSE(isMapped(large.pieces.back()));
+}
+
+TEST_F(SlabRegionTest, PiecesInExtentsThatWereBrokenUpOutliveTheRegion) {
+  LargeRegion large;
+  for (void* piece : large.pieces)
+    std::memset(piece, 7, RARE_SIZE);
+  large.region->breakUp();
+  EXPECT_EQ(SlabRegion::of(large.pieces.front()), nullptr);
+  EXPECT_EQ(SlabRegion::of(large.pieces.back()), nullptr);
+  large.region.reset();
+  for (void* piece : large.pieces)
+    EXPECT_EQ(static_cast<char*>(piece)[RARE_SIZE - 1], 7);
+  freeRare(large.pieces);
+}
+
+TEST_F(SlabRegionTest, SlabsOfExtentsThatWereBrokenUpGoBackWithTheirLastPieces) {
+  LargeRegion large;
+  large.region->breakUp();
+  large.region.reset();
+  const std::set<std::uintptr_t> slabs = slabsOf(large.pieces);
+  freeRare(large.pieces);
+  SlabHeap::flush();
+  expectHandedOutAgain(slabs);
+}
+
+TEST_F(SlabRegionTest, SlabsOfAnExtentThatWereNotUsedGoBackWhenItIsBrokenUp) {
+  LargeRegion large;
+  const std::uintptr_t last = slabOf(large.pieces.back());
+  std::set<std::uintptr_t> unused;
+  for (std::uintptr_t slab = last + 1; slab % EXTENT_SLABS != 0; ++slab)
+    unused.insert(slab);
+  ASSERT_GT(unused.size(), 10U);
+  large.region->breakUp();
+  expectHandedOutAgain(unused);
+  freeRare(large.pieces);
+}
+
+TEST_F(SlabRegionTest, ARegionThatIsBrokenUpWhileItUsesExtentsStillGivesPieces) {
+  const auto region = SlabRegion::make();
+  Pieces pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    allocateRare(KEPT_PIECES);
+    pieces.emplace_back(RARE_SIZE, static_cast<unsigned char>(1));
+    region->breakUp();
+    for (std::size_t i = 0; i < EXTENT_PIECES; ++i)
+      pieces.emplace_back(RARE_SIZE, static_cast<unsigned char>(i));
+  }
+  EXPECT_TRUE(areIntact(pieces));
+}
+
+// --- Threads that are ending ---------------------------------------------------------------------
 
 TEST_F(SlabRegionTest, AThreadThatIsEndingGetsOrdinaryPieces) {
   struct AtTheEnd {

@@ -3,6 +3,9 @@
 #include <Quarry/internal/SlabSource.h>
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <set>
@@ -29,7 +32,21 @@ bool isZero(const void* slab) {
   return bytes[0] == 0 && std::memcmp(bytes, bytes + 1, SlabSource::SLAB_SIZE - 1) == 0;
 }
 
+bool isMapped(void* extent) {
+  std::vector<unsigned char> pages(SlabSource::EXTENT_SIZE / 4096);
+  return ::mincore(extent, SlabSource::EXTENT_SIZE, pages.data()) == 0 || errno != ENOMEM;
+}
+
+std::vector<void*> slabsOf(void* extent) {
+  std::vector<void*> slabs;
+  for (std::size_t i = 0; i < SlabSource::EXTENT_SIZE; i += SlabSource::SLAB_SIZE)
+    slabs.push_back(static_cast<char*>(extent) + i);
+  return slabs;
+}
+
 }  // namespace
+
+// --- Slabs ---------------------------------------------------------------------------------------
 
 TEST(SlabSourceTest, SlabsAreAlignedToTheirSize) {
   const std::vector<void*> slabs = takeSlabs(100);
@@ -85,4 +102,44 @@ TEST(SlabSourceTest, BeyondTheKeptSlabsTheMemoryGoesBackToTheSystem) {
     zeroed += isZero(slab) ? 1 : 0;
   EXPECT_EQ(zeroed, MORE);
   giveBack(again);
+}
+
+// --- Extents -------------------------------------------------------------------------------------
+
+TEST(SlabSourceTest, ExtentsAreAlignedToTheirSize) {
+  std::vector<void*> extents(20);
+  for (void*& extent : extents) {
+    extent = SlabSource::get().takeExtent();
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(extent) % SlabSource::EXTENT_SIZE, 0U);
+  }
+  EXPECT_EQ(std::set<void*>(extents.begin(), extents.end()).size(), extents.size());
+  for (void* extent : extents)
+    SlabSource::get().giveBackExtent(extent);
+}
+
+TEST(SlabSourceTest, AnExtentCanBeUsedFromItsFirstByteToItsLast) {
+  auto* extent = static_cast<char*>(SlabSource::get().takeExtent());
+  std::memset(extent, 1, SlabSource::EXTENT_SIZE);
+  EXPECT_EQ(extent[0], 1);
+  EXPECT_EQ(extent[SlabSource::EXTENT_SIZE - 1], 1);
+  SlabSource::get().giveBackExtent(extent);
+}
+
+TEST(SlabSourceTest, AnExtentThatCameBackIsTheSystems) {
+  void* extent = SlabSource::get().takeExtent();
+  EXPECT_TRUE(isMapped(extent));
+  SlabSource::get().giveBackExtent(extent);
+  EXPECT_FALSE(isMapped(extent));
+}
+
+TEST(SlabSourceTest, SlabsOfAnExtentThatWasBrokenUpAreHandedOutAgain) {
+  const std::vector<void*> others = takeSlabs(SlabSource::KEPT + 1);
+  void* extent = SlabSource::get().takeExtent();
+  SlabSource::get().breakUpExtent(extent);
+  const std::vector<void*> slabs = slabsOf(extent);
+  giveBack(slabs);
+  const std::vector<void*> next = takeSlabs(slabs.size());
+  EXPECT_EQ(std::set<void*>(next.begin(), next.end()), std::set<void*>(slabs.begin(), slabs.end()));
+  giveBack(next);
+  giveBack(others);
 }

@@ -19,7 +19,7 @@ class SlabHeap::SizeList {
     const std::lock_guard<std::mutex> lock(mutex);
     Slab* slab = holding.current;
     if (slab == nullptr || slab->free == nullptr) {
-      if (first == nullptr) add(*SlabHeap::makeSlab(sizeIndex));
+      if (first == nullptr) add(*SlabHeap::makeSlab(SlabSource::get().take(), sizeIndex));
       if (slab != nullptr) slab->isCurrent = false;
       slab = first;
       remove(*slab);
@@ -111,15 +111,14 @@ class SlabHeap::SizeList {
 
 constinit SlabHeap::SizeList SlabHeap::sizeLists[SIZES + 1];
 
-SlabHeap::Slab* SlabHeap::makeSlab(std::size_t sizeIndex) {
+SlabHeap::Slab* SlabHeap::makeSlab(void* memory, std::size_t sizeIndex) {
   const std::size_t slotSize = (sizeIndex + 1) * GRANULE;
   const std::size_t capacity = (SlabSource::SLAB_SIZE - SLOTS_BEGIN) / slotSize;
-  char* memory = static_cast<char*>(SlabSource::get().take());
   Slab* slab = ::new (memory) Slab();
   slab->sizeIndex = static_cast<std::uint32_t>(sizeIndex);
   slab->capacity = static_cast<std::uint32_t>(capacity);
   slab->freeCount = slab->capacity;
-  slab->fresh = memory + SLOTS_BEGIN;
+  slab->fresh = static_cast<char*>(memory) + SLOTS_BEGIN;
   return slab;
 }
 

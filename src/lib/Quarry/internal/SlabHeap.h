@@ -145,7 +145,7 @@ class SlabHeap {
   static void* allocateLarge(std::size_t size);
   static void freeLarge(void* memory) noexcept;
   static void giveBack(Large& large) noexcept;
-  static Slab* makeSlab(std::size_t sizeIndex);
+  static Slab* makeSlab(void* memory, std::size_t sizeIndex);
   static void handOver(Slab& slab, std::uint32_t pieces) noexcept;
   static Holdings* makeHoldings() noexcept;
   static void* takeSlowly(std::size_t sizeIndex);

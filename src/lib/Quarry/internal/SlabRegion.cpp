@@ -47,6 +47,8 @@ SlabRegion::~SlabRegion() {
     newest = slab->next;
     SlabSource::get().giveBack(slab);
   }
+  for (char* extent : extents)
+    SlabSource::get().giveBackExtent(extent);
 }
 
 void SlabRegion::breakUp() noexcept {
@@ -60,6 +62,24 @@ void SlabRegion::breakUp() noexcept {
     newest = slab->next;
     SlabHeap::handOver(*slab, slab->capacity);
   }
+  breakUpExtents();
+}
+
+/// Only the last extent may have slabs that were not used.
+void SlabRegion::breakUpExtents() noexcept {
+  for (char* extent : extents) {
+    SlabSource::get().breakUpExtent(extent);
+    char* end = extent + SlabSource::EXTENT_SIZE;
+    char* usedEnd = extent == extents.back() ? spare : end;
+    char* place = extent;
+    for (; place != usedEnd; place += SlabSource::SLAB_SIZE) {
+      auto* slab = reinterpret_cast<SlabHeap::Slab*>(place);
+      SlabHeap::handOver(*slab, slab->capacity);
+    }
+    for (; place != end; place += SlabSource::SLAB_SIZE)
+      SlabSource::get().giveBack(place);
+  }
+  extents.clear();
 }
 
 SlabRegion* SlabRegion::getUsed() {
@@ -100,17 +120,34 @@ SlabRegion::Use::~Use() {
   holdings->run = outer;
 }
 
+/// What a tree needs beyond as many slabs as are kept would be fresh pages.
+void* SlabRegion::takeSlab() {
+  if (!isBroken && slabs == SlabSource::KEPT) return takeOfExtent();
+  void* slab = SlabSource::get().take();
+  ++slabs;
+  return slab;
+}
+
+void* SlabRegion::takeOfExtent() {
+  if (extents.empty() || spare == extents.back() + SlabSource::EXTENT_SIZE) {
+    extents.reserve(extents.size() + 1);
+    spare = static_cast<char*>(SlabSource::get().takeExtent());
+    extents.push_back(spare);
+  }
+  return std::exchange(spare, spare + SlabSource::SLAB_SIZE);
+}
+
 void SlabRegion::openSlab(SlabHeap::Run& run) {
   closeSlab(run);
   run = {this, nullptr, nullptr, 0};
-  open = SlabHeap::makeSlab(SlabHeap::MIXED);
+  open = SlabHeap::makeSlab(takeSlab(), SlabHeap::MIXED);
   open->capacity = UINT32_MAX;
   open->freeCount = 0;
   run.next = open->fresh;
   run.end = reinterpret_cast<char*>(open) + SlabSource::SLAB_SIZE;
   if (isBroken) return;
   open->region = this;
-  open->next = std::exchange(newest, open);
+  if (extents.empty()) open->next = std::exchange(newest, open);
 }
 
 /// Now that no piece is added any more, the slab can become empty.

@@ -86,12 +86,18 @@ class SlabRegion {
   friend class SlabHeap;
 
   SlabRegion() = default;
+  void* takeSlab();
+  void* takeOfExtent();
   void openSlab(SlabHeap::Run& run);
   void closeSlab(const SlabHeap::Run& run) noexcept;
+  void breakUpExtents() noexcept;
   void add(SlabHeap::Large& large);
   void remove(SlabHeap::Large& large) noexcept;
 
   SlabHeap::Slab* newest = nullptr;   ///< of the slabs; the others follow
+  std::size_t slabs = 0;              ///< how many these are
+  std::vector<char*> extents;         ///< of further slabs, one behind another
+  char* spare = nullptr;              ///< where the unused slabs of the last extent begin
   SlabHeap::Slab* open = nullptr;     ///< the slab from which pieces are taken
   SlabHeap::Large* larges = nullptr;  ///< pieces of more than LARGEST bytes
   std::vector<Holder> holders;

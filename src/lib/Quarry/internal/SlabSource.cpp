@@ -15,6 +15,21 @@ void* takeLast(std::vector<void*>& slabs) {
   return slab;
 }
 
+char* map(std::size_t size) {
+  void* memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) throw std::bad_alloc();
+  return static_cast<char*>(memory);
+}
+
+void unmap(char* begin, char* end) {
+  if (begin != end) ::munmap(begin, static_cast<std::size_t>(end - begin));
+}
+
+char* alignUp(char* place, std::size_t size) {
+  const auto address = reinterpret_cast<std::uintptr_t>(place);
+  return place + (size - address % size) % size;
+}
+
 }  // namespace
 
 SlabSource& SlabSource::get() {
@@ -42,19 +57,45 @@ void SlabSource::giveBack(void* slab) noexcept {
   }
 }
 
-/// Asks for one slab more than is used, so that they can be aligned. The lists get room for every
-/// slab there is: giving back must not fail.
+/// Asks for one slab more than is used, so that they can be aligned.
 void SlabSource::mapRegion() {
   constexpr std::size_t SIZE = REGION_SLABS * SLAB_SIZE;
-  kept.reserve(KEPT);
-  returned.reserve(slabs + REGION_SLABS);
-  void* region =
-      ::mmap(nullptr, SIZE + SLAB_SIZE, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (region == MAP_FAILED) throw std::bad_alloc();
-  const auto address = reinterpret_cast<std::uintptr_t>(region);
-  unused = static_cast<char*>(region) + (SLAB_SIZE - address % SLAB_SIZE) % SLAB_SIZE;
+  addSlabs(REGION_SLABS);
+  char* region = map(SIZE + SLAB_SIZE);
+  unused = alignUp(region, SLAB_SIZE);
   unusedEnd = unused + SIZE;
-  slabs += REGION_SLABS;
+}
+
+/// The lists get room for every slab there is: giving back must not fail.
+void SlabSource::addSlabs(std::size_t count) {
+  kept.reserve(KEPT);
+  returned.reserve(slabs + count);
+  slabs += count;
+}
+
+/// Asks for twice as much as is used, so that it can be aligned.
+void* SlabSource::takeExtent() {
+  {
+    const std::lock_guard<std::mutex> lock(mutex);
+    addSlabs(EXTENT_SLABS);
+  }
+  char* begin = map(2 * EXTENT_SIZE);
+  char* extent = alignUp(begin, EXTENT_SIZE);
+  unmap(begin, extent);
+  unmap(extent + EXTENT_SIZE, begin + 2 * EXTENT_SIZE);
+  ::madvise(extent, EXTENT_SIZE, MADV_HUGEPAGE);
+  return extent;
+}
+
+void SlabSource::giveBackExtent(void* extent) noexcept {
+  ::munmap(extent, EXTENT_SIZE);
+  const std::lock_guard<std::mutex> lock(mutex);
+  slabs -= EXTENT_SLABS;
+}
+
+/// Large pages of which only some slabs are used would keep the memory of all.
+void SlabSource::breakUpExtent(void* extent) noexcept {
+  ::madvise(extent, EXTENT_SIZE, MADV_NOHUGEPAGE);
 }
 
 }  // namespace Quarry
