@@ -1,6 +1,7 @@
 // Large blocks of memory: they are used again, and few of them are kept.
 
 #include <Quarry/internal/LargeBlocks.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/mman.h>
@@ -16,7 +17,13 @@
 #include <utility>
 #include <vector>
 
+#include "support/MemoryMap.h"
+
 using Quarry::LargeBlocks;
+using testing::HasSubstr;
+using testing::Not;
+using testing::Optional;
+using TestSupport::getMappingFlags;
 
 namespace {
 
@@ -185,4 +192,13 @@ TEST_F(LargeBlocksTest, BlocksOfSeveralThreadsStayIntact) {
   for (std::thread& thread : threads)
     thread.join();
   EXPECT_EQ(broken, 0);
+}
+
+TEST_F(LargeBlocksTest, BlocksThatAreTooLargeToBeKeptHaveLargePages) {
+  if (!TestSupport::tellsLargePages()) GTEST_SKIP() << "the system does not tell";
+  const auto hasLargePages = Optional(HasSubstr(TestSupport::WITH_LARGE_PAGES));
+  const Block kept(LargeBlocks::MOST_KEPT_BYTES, 1);
+  const Block large(LargeBlocks::MOST_KEPT_BYTES + 1, 1);
+  EXPECT_THAT(getMappingFlags(kept.getBegin()), Not(hasLargePages));
+  EXPECT_THAT(getMappingFlags(large.getBegin()), hasLargePages);
 }

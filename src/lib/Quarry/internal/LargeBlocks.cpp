@@ -36,8 +36,15 @@ void* LargeBlocks::take(std::size_t size) {
       return begin;
     }
   }
-  void* block = ::mmap(nullptr, wanted, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  return map(wanted);
+}
+
+/// Memory that is never kept is fresh each time: large pages are far quicker to get than small
+/// ones.
+void* LargeBlocks::map(std::size_t size) {
+  void* block = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (block == MAP_FAILED) throw std::bad_alloc();
+  if (size > MOST_KEPT_BYTES) ::madvise(block, size, MADV_HUGEPAGE);
   return block;
 }
 

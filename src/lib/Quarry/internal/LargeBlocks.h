@@ -38,6 +38,7 @@ class LargeBlocks {
 
   LargeBlocks() { kept.reserve(MOST_KEPT); }
   static std::size_t roundUp(std::size_t size);
+  static void* map(std::size_t size);
   void dropOldest();
 
   std::mutex mutex;
