@@ -244,6 +244,14 @@ TEST(ParserValueStorageNumberTest, ANumberOfSeventeenToTwentyFourBytesIsReadTheS
   }
 }
 
+TEST(ParserValueStorageNumberTest, SixteenDigitsBehindAMinusStayAfterTheyAreRead) {
+  const std::string text = "-0000000000000042";
+  const ParserValue value(ParserValue::TYPE_INT, text);
+  EXPECT_EQ(value.getAsInt(), -42);
+  EXPECT_EQ(value.getAsInt(), -42);
+  EXPECT_EQ(write(value), text);
+}
+
 TEST(ParserValueStorageNumberTest, AllDigitsOfALongDoubleAreRead) {
   const ParserValue value(ParserValue::TYPE_DOUBLE, "0.12345678901234567");
   EXPECT_EQ(value.getAsDouble(), 0.12345678901234567);

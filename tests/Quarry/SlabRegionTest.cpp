@@ -3,6 +3,7 @@
 #include <Quarry/internal/LargeBlocks.h>
 #include <Quarry/internal/SlabHeap.h>
 #include <Quarry/internal/SlabRegion.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/mman.h>
@@ -19,6 +20,7 @@
 #include <vector>
 
 #include "HeapPieces.h"
+#include "support/MemoryMap.h"
 
 using Quarry::LargeBlocks;
 using Quarry::SlabHeap;
@@ -599,6 +601,17 @@ TEST_F(SlabRegionTest, SlabsOfExtentsThatWereBrokenUpGoBackWithTheirLastPieces) 
   freeRare(large.pieces);
   SlabHeap::flush();
   expectHandedOutAgain(slabs);
+}
+
+TEST_F(SlabRegionTest, ExtentsThatWereBrokenUpAreNoLargePages) {
+  if (!TestSupport::tellsLargePages()) GTEST_SKIP() << "the system does not tell";
+  LargeRegion large;
+  large.region->breakUp();
+  for (const void* piece : {large.pieces.front(), large.pieces.back()}) {
+    EXPECT_THAT(TestSupport::getMappingFlags(piece),
+                testing::Optional(testing::HasSubstr(TestSupport::WITHOUT_LARGE_PAGES)));
+  }
+  freeRare(large.pieces);
 }
 
 TEST_F(SlabRegionTest, SlabsOfAnExtentThatWereNotUsedGoBackWhenItIsBrokenUp) {

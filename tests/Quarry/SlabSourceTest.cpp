@@ -1,6 +1,7 @@
 // The blocks that slabs are made of.
 
 #include <Quarry/internal/SlabSource.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/mman.h>
@@ -11,7 +12,12 @@
 #include <set>
 #include <vector>
 
+#include "support/MemoryMap.h"
+
 using Quarry::SlabSource;
+using testing::HasSubstr;
+using testing::Optional;
+using TestSupport::getMappingFlags;
 
 namespace {
 
@@ -117,6 +123,25 @@ TEST(SlabSourceTest, ExtentsAreAlignedToTheirSize) {
     SlabSource::get().giveBackExtent(extent);
 }
 
+TEST(SlabSourceTest, ExtentsTakeNoMoreAddressesThanTheirOwn) {
+  const std::size_t before = TestSupport::getMappedBytes();
+  std::vector<void*> extents(20);
+  for (void*& extent : extents)
+    extent = SlabSource::get().takeExtent();
+  const std::size_t taken = TestSupport::getMappedBytes() - before;
+  EXPECT_GE(taken, extents.size() * SlabSource::EXTENT_SIZE);
+  EXPECT_LT(taken, (extents.size() + 1) * SlabSource::EXTENT_SIZE);
+  for (void* extent : extents)
+    SlabSource::get().giveBackExtent(extent);
+}
+
+TEST(SlabSourceTest, AnExtentIsZero) {
+  void* extent = SlabSource::get().takeExtent();
+  for (const void* slab : slabsOf(extent))
+    EXPECT_TRUE(isZero(slab));
+  SlabSource::get().giveBackExtent(extent);
+}
+
 TEST(SlabSourceTest, AnExtentCanBeUsedFromItsFirstByteToItsLast) {
   auto* extent = static_cast<char*>(SlabSource::get().takeExtent());
   std::memset(extent, 1, SlabSource::EXTENT_SIZE);
@@ -142,4 +167,13 @@ TEST(SlabSourceTest, SlabsOfAnExtentThatWasBrokenUpAreHandedOutAgain) {
   EXPECT_EQ(std::set<void*>(next.begin(), next.end()), std::set<void*>(slabs.begin(), slabs.end()));
   giveBack(next);
   giveBack(others);
+}
+
+TEST(SlabSourceTest, AnExtentIsOneLargePageUntilItIsBrokenUp) {
+  if (!TestSupport::tellsLargePages()) GTEST_SKIP() << "the system does not tell";
+  void* extent = SlabSource::get().takeExtent();
+  EXPECT_THAT(getMappingFlags(extent), Optional(HasSubstr(TestSupport::WITH_LARGE_PAGES)));
+  SlabSource::get().breakUpExtent(extent);
+  EXPECT_THAT(getMappingFlags(extent), Optional(HasSubstr(TestSupport::WITHOUT_LARGE_PAGES)));
+  giveBack(slabsOf(extent));
 }

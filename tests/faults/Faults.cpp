@@ -161,6 +161,9 @@ void* realMmap(void* place, std::size_t size, int protection, int flags, int fil
 void* takeRealSlab(SlabSource* source) asm("__real__ZN6Quarry10SlabSource4takeEv");
 void giveBackRealSlab(SlabSource* source,
                       void* slab) asm("__real__ZN6Quarry10SlabSource8giveBackEPv");
+void* takeRealExtent(SlabSource* source) asm("__real__ZN6Quarry10SlabSource10takeExtentEv");
+void giveBackRealExtent(SlabSource* source,
+                        void* extent) asm("__real__ZN6Quarry10SlabSource14giveBackExtentEPv");
 void* takeRealBlock(LargeBlocks* blocks,
                     std::size_t size) asm("__real__ZN6Quarry11LargeBlocks4takeE" SIZE_LETTER);
 void giveBackRealBlock(LargeBlocks* blocks, void* block, std::size_t size) asm(
@@ -170,6 +173,9 @@ void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int f
                  off_t offset) asm("__wrap_mmap");
 void* takeSlab(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource4takeEv");
 void giveBackSlab(SlabSource* source, void* slab) asm("__wrap__ZN6Quarry10SlabSource8giveBackEPv");
+void* takeExtent(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource10takeExtentEv");
+void giveBackExtent(SlabSource* source,
+                    void* extent) asm("__wrap__ZN6Quarry10SlabSource14giveBackExtentEPv");
 void* takeBlock(LargeBlocks* blocks,
                 std::size_t size) asm("__wrap__ZN6Quarry11LargeBlocks4takeE" SIZE_LETTER);
 void giveBackBlock(LargeBlocks* blocks, void* block,
@@ -194,6 +200,20 @@ void* takeSlab(SlabSource* source) {
 void giveBackSlab(SlabSource* source, void* slab) {
   --liveSlabs;
   giveBackRealSlab(source, slab);
+}
+
+/// How many slabs an extent counts for: they may be given back one by one.
+constexpr long SLABS_OF_EXTENT = static_cast<long>(SlabSource::EXTENT_SIZE / SlabSource::SLAB_SIZE);
+
+void* takeExtent(SlabSource* source) {
+  void* extent = takeRealExtent(source);
+  liveSlabs += SLABS_OF_EXTENT;
+  return extent;
+}
+
+void giveBackExtent(SlabSource* source, void* extent) {
+  liveSlabs -= SLABS_OF_EXTENT;
+  giveBackRealExtent(source, extent);
 }
 
 void* takeBlock(LargeBlocks* blocks, std::size_t size) {

@@ -3,10 +3,12 @@
 
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserItem.h>
+#include <Quarry/internal/SlabRegion.h>
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Consistency.h"
 #include "Faults.h"
@@ -14,8 +16,11 @@
 
 using Quarry::ParserGroup;
 using Quarry::ParserItem;
+using Quarry::SlabHeap;
+using Quarry::SlabRegion;
 using TestSupport::Attempt;
 using TestSupport::forEveryFault;
+using TestSupport::MANY;
 using TestSupport::readText;
 using TestSupport::writeLines;
 
@@ -29,7 +34,7 @@ std::string makeText() {
   std::string text;
   for (int i = 0; i < 20; ++i)
     text += "g { a \"" + LONG_STRING + "\" #k 1 b 0x0102030400000000 }\n";
-  for (int i = 0; i < TestSupport::MANY / 5; ++i)
+  for (int i = 0; i < MANY / 5; ++i)
     text += "filler { x 1 y 2.5 z \"text\" }\n";
   return text;
 }
@@ -103,3 +108,25 @@ TEST(RegionFaultTest, AChangeBehindALook) {
     TestSupport::expectConsistent(*root);
   });
 }
+
+#ifndef QUARRY_PLAIN_HEAP
+
+TEST(RegionFaultTest, PiecesBeyondTheSlabsThatAreKept) {
+  constexpr std::size_t SIZE = 1008;
+  constexpr std::size_t PIECES = 20000;  // of more than 16 MiB
+  forEveryFault([](Attempt& attempt) {
+    const auto region = SlabRegion::make();
+    std::vector<void*> pieces(PIECES);
+    attempt.run([&] {
+      const SlabRegion::Use use(region.get());
+      for (void*& piece : pieces)
+        piece = SlabHeap::allocate(SIZE);
+    });
+    if (region->isWhole()) return;
+    for (void* piece : pieces)
+      SlabHeap::free(piece, SIZE);
+    SlabHeap::flush();
+  });
+}
+
+#endif

@@ -30,25 +30,26 @@ inline std::uint64_t loadDigits(const char* at) {
   return loadNumber<DIGIT_GROUP>(at) ^ ZEROS;
 }
 
-/// Returns a number whose lowest bit is in the first byte that is more than 9; 0 if none is.
-inline std::uint64_t findOthers(std::uint64_t digits) {
+/// Returns a number whose lowest bit is the highest of the first byte that is more than 9; 0 if
+/// none is. A byte behind that one may be taken for more than 9 though it is not.
+inline std::uint64_t findOthers(std::uint64_t bytes) {
   constexpr std::uint64_t HIGHEST = 0x8080'8080'8080'8080;
   constexpr std::uint64_t CARRY = 0x7676'7676'7676'7676;  // makes 10 the first with a highest bit
-  return ((digits + CARRY) | digits) & HIGHEST;
+  return ((bytes + CARRY) | bytes) & HIGHEST;
 }
 
 /// Returns the number that the first `count` of eight digits are, more than none: makes pairs of
 /// them, then fours, then all.
-inline std::uint64_t joinDigits(std::uint64_t digits, std::size_t count) {
-  digits <<= BITS_OF_BYTE * (DIGIT_GROUP - count);
-  digits = digits * (1 + (10ULL << 8)) >> 8 & 0x00FF'00FF'00FF'00FF;
-  digits = digits * (1 + (100ULL << 16)) >> 16 & 0x0000'FFFF'0000'FFFF;
-  return digits * (1 + (10'000ULL << 32)) >> 32;
+inline std::uint64_t joinDigits(std::uint64_t bytes, std::size_t count) {
+  bytes <<= BITS_OF_BYTE * (DIGIT_GROUP - count);
+  bytes = bytes * (1 + (10ULL << 8)) >> 8 & 0x00FF'00FF'00FF'00FF;
+  bytes = bytes * (1 + (100ULL << 16)) >> 16 & 0x0000'FFFF'0000'FFFF;
+  return bytes * (1 + (10'000ULL << 32)) >> 32;
 }
 
 /// Tells whether the first `count` of eight bytes are digits, more than none.
-inline bool areDigits(std::uint64_t digits, std::size_t count) {
-  return findOthers(digits << BITS_OF_BYTE * (DIGIT_GROUP - count)) == 0;
+inline bool areDigits(std::uint64_t bytes, std::size_t count) {
+  return findOthers(bytes << BITS_OF_BYTE * (DIGIT_GROUP - count)) == 0;
 }
 
 /// Appends the `count` bytes before `end` to a number, up to eight, and tells whether all of them

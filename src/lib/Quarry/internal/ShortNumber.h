@@ -51,11 +51,11 @@ inline bool readShortDouble(const char* text, std::size_t size, double& number) 
                               << BITS_OF_BYTE * (DIGIT_GROUP - count);
   const std::uint64_t other = findOthers(bytes);
   const std::size_t fraction = static_cast<std::size_t>(std::countl_zero(other)) / BITS_OF_BYTE;
-  if (fraction - 1 >= DIGIT_GROUP - 1 || (other & (other - 1)) != 0) return false;
+  if (fraction - 1 >= DIGIT_GROUP - 1) return false;
   const std::uint64_t place = other >> (BITS_OF_BYTE - 1);
   const std::uint64_t before = bytes & (place - 1);
   const std::uint64_t behind = bytes & (0 - (other << 1));
-  if ((bytes ^ before ^ behind) != place * POINT) return false;
+  if ((bytes ^ before ^ behind) != place * POINT) return false;  // also for more than one other
   const std::uint64_t digits = joinDigits(before << BITS_OF_BYTE | behind, DIGIT_GROUP);
   const double magnitude =
       static_cast<double>(static_cast<std::int64_t>(digits)) / SHORT_POWERS_OF_TEN[fraction];

@@ -65,19 +65,14 @@ void SlabRegion::breakUp() noexcept {
   breakUpExtents();
 }
 
-/// Only the last extent may have slabs that were not used.
+/// A slab that was not used yet is all zero: that is one without pieces, which goes back.
 void SlabRegion::breakUpExtents() noexcept {
   for (char* extent : extents) {
     SlabSource::get().breakUpExtent(extent);
-    char* end = extent + SlabSource::EXTENT_SIZE;
-    char* usedEnd = extent == extents.back() ? spare : end;
-    char* place = extent;
-    for (; place != usedEnd; place += SlabSource::SLAB_SIZE) {
-      auto* slab = reinterpret_cast<SlabHeap::Slab*>(place);
+    for (std::size_t i = 0; i < SlabSource::EXTENT_SIZE; i += SlabSource::SLAB_SIZE) {
+      auto* slab = reinterpret_cast<SlabHeap::Slab*>(extent + i);
       SlabHeap::handOver(*slab, slab->capacity);
     }
-    for (; place != end; place += SlabSource::SLAB_SIZE)
-      SlabSource::get().giveBack(place);
   }
   extents.clear();
 }

@@ -60,30 +60,29 @@ void SlabSource::giveBack(void* slab) noexcept {
 /// Asks for one slab more than is used, so that they can be aligned.
 void SlabSource::mapRegion() {
   constexpr std::size_t SIZE = REGION_SLABS * SLAB_SIZE;
-  addSlabs(REGION_SLABS);
-  char* region = map(SIZE + SLAB_SIZE);
-  unused = alignUp(region, SLAB_SIZE);
+  reserve(REGION_SLABS);
+  unused = alignUp(map(SIZE + SLAB_SIZE), SLAB_SIZE);
   unusedEnd = unused + SIZE;
+  slabs += REGION_SLABS;
 }
 
-/// The lists get room for every slab there is: giving back must not fail.
-void SlabSource::addSlabs(std::size_t count) {
+/// The lists get room for every slab there is, and so many more: giving back must not fail.
+void SlabSource::reserve(std::size_t more) {
   kept.reserve(KEPT);
-  returned.reserve(slabs + count);
-  slabs += count;
+  returned.reserve(slabs + more);
 }
 
-/// Asks for twice as much as is used, so that it can be aligned.
+/// Asks for twice as much as is used, so that it can be aligned. The upper of two places is taken:
+/// the system looks for the next one below, and so they lie side by side.
 void* SlabSource::takeExtent() {
-  {
-    const std::lock_guard<std::mutex> lock(mutex);
-    addSlabs(EXTENT_SLABS);
-  }
+  const std::lock_guard<std::mutex> lock(mutex);
+  reserve(EXTENT_SLABS);
   char* begin = map(2 * EXTENT_SIZE);
-  char* extent = alignUp(begin, EXTENT_SIZE);
+  char* extent = alignUp(begin + 1, EXTENT_SIZE);
   unmap(begin, extent);
   unmap(extent + EXTENT_SIZE, begin + 2 * EXTENT_SIZE);
   ::madvise(extent, EXTENT_SIZE, MADV_HUGEPAGE);
+  slabs += EXTENT_SLABS;
   return extent;
 }
 

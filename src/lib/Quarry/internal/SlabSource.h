@@ -34,8 +34,8 @@ class SlabSource {
   /// Takes a slab back. Never allocates.
   void giveBack(void* slab) noexcept;
 
-  /// Returns EXTENT_SIZE bytes, aligned to their size: slabs that lie side by side. What they hold
-  /// is anything. Throws std::bad_alloc.
+  /// Returns EXTENT_SIZE bytes, all zero and aligned to their size: slabs that lie side by side.
+  /// Throws std::bad_alloc.
   void* takeExtent();
 
   /// Takes an extent back. Its memory goes back to the system at once.
@@ -50,7 +50,7 @@ class SlabSource {
   static constexpr std::size_t EXTENT_SLABS = EXTENT_SIZE / SLAB_SIZE;
 
   void mapRegion();
-  void addSlabs(std::size_t count);
+  void reserve(std::size_t more);
 
   std::mutex mutex;
   std::vector<void*> kept;      ///< with their memory
