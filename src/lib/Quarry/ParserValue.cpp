@@ -211,7 +211,7 @@ void ParserValue::makeValue() const {
 /// Makes the data of a number or bool from its text, keeps it, and returns it as a number.
 double ParserValue::makeNumber() const {
   static_assert(CONTENT_TEXT >= SHORT_NUMBER_ROOM);
-  if (textLength > SLOT_TEXT) return makeAnyNumber();
+  if (textLength == 0 || textLength > SLOT_TEXT) return makeAnyNumber();
   if (type == TYPE_INT) {
     int integer = 0;
     if (!readShortInteger(inlineText(), textLength, integer)) return makeAnyNumber();

@@ -38,6 +38,12 @@ inline std::uint64_t findOthers(std::uint64_t bytes) {
   return ((bytes + CARRY) | bytes) & HIGHEST;
 }
 
+/// Makes all but the first `count` of eight bytes zeros, which are taken for digits.
+inline std::uint64_t keepFirst(std::uint64_t bytes, std::size_t count) {
+  const std::size_t others = BITS_OF_BYTE * (DIGIT_GROUP - count);
+  return bytes << others >> others;
+}
+
 /// Returns the number that the first `count` of eight digits are, more than none: makes pairs of
 /// them, then fours, then all.
 inline std::uint64_t joinDigits(std::uint64_t bytes, std::size_t count) {

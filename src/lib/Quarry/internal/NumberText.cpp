@@ -92,6 +92,7 @@ struct Decimal {
   if (readable - at < static_cast<std::ptrdiff_t>(MOST_READ) || at == end) return false;
   auto count = static_cast<std::size_t>(end - at);
   std::uint64_t first = loadDigits(at);
+  if (count < DIGIT_GROUP) first = keepFirst(first, count);
   const auto whole = static_cast<std::size_t>(std::countr_zero(findOthers(first))) / BITS_OF_BYTE;
   if (count <= whole) {
     decimal.digits = joinDigits(first, count);

@@ -1,7 +1,7 @@
 /// Numbers of few bytes, which nearly all numbers are, read without a call.
 ///
 /// What is not recognised here is left to readInteger() and readDouble(), which know all numbers.
-/// Where something is, the result is theirs.
+/// Where something is, the result is theirs. A text has one byte at least.
 #pragma once
 
 #include "BinaryNumber.h"
