@@ -24,11 +24,11 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::Optional;
 using TestSupport::getMappingFlags;
+using TestSupport::isMapped;
 
 namespace {
 
 constexpr std::size_t MEBIBYTE = std::size_t(1) << 20;
-constexpr std::size_t PAGE = 4096;
 
 void* take(std::size_t size) { return LargeBlocks::get().take(size); }
 void giveBack(void* block, std::size_t size) { LargeBlocks::get().giveBack(block, size); }
@@ -70,11 +70,6 @@ class LargeBlocksTest : public testing::Test {
 };
 
 /// Tells whether a block of whole pages still belongs to the process.
-bool isMapped(void* block, std::size_t size) {
-  std::vector<unsigned char> pages((size + PAGE - 1) / PAGE);
-  return ::mincore(block, size, pages.data()) == 0;
-}
-
 /// Takes blocks, gives them all back and returns how many bytes of them still belong to the
 /// process.
 std::size_t countKeptBytes(std::size_t blockSize, std::size_t count) {

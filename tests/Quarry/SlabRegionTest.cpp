@@ -6,10 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/mman.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -92,10 +89,9 @@ struct LargeRegion {
   std::vector<void*> pieces;  ///< those in extents
 };
 
-bool isMapped(const void* piece) {
-  unsigned char page = 0;
+bool isInMappedSlab(const void* piece) {
   void* slab = reinterpret_cast<void*>(slabOf(piece) * SlabSource::SLAB_SIZE);
-  return ::mincore(slab, 1, &page) == 0 || errno != ENOMEM;
+  return TestSupport::isMapped(slab, SlabSource::SLAB_SIZE);
 }
 
 /// Expects that slabs were given back, each once: they are among the next ones, as many as are kept
@@ -573,11 +569,11 @@ TEST_F(SlabRegionTest, PiecesInExtentsTellTheirRegion) {
 
 TEST_F(SlabRegionTest, ADestroyedRegionGivesItsExtentsBack) {
   LargeRegion large;
-  EXPECT_TRUE(isMapped(large.pieces.front()));
-  EXPECT_TRUE(isMapped(large.pieces.back()));
+  EXPECT_TRUE(isInMappedSlab(large.pieces.front()));
+  EXPECT_TRUE(isInMappedSlab(large.pieces.back()));
   large.region.reset();
-  EXPECT_FALSE(isMapped(large.pieces.front()));
-  EXPECT_FALSE(isMapped(large.pieces.back()));
+  EXPECT_FALSE(isInMappedSlab(large.pieces.front()));
+  EXPECT_FALSE(isInMappedSlab(large.pieces.back()));
 }
 
 TEST_F(SlabRegionTest, PiecesInExtentsThatWereBrokenUpOutliveTheRegion) {

@@ -4,9 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/mman.h>
-
-#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <set>
@@ -18,6 +15,7 @@ using Quarry::SlabSource;
 using testing::HasSubstr;
 using testing::Optional;
 using TestSupport::getMappingFlags;
+using TestSupport::isMapped;
 
 namespace {
 
@@ -36,11 +34,6 @@ void giveBack(const std::vector<void*>& slabs) {
 bool isZero(const void* slab) {
   const char* bytes = static_cast<const char*>(slab);
   return bytes[0] == 0 && std::memcmp(bytes, bytes + 1, SlabSource::SLAB_SIZE - 1) == 0;
-}
-
-bool isMapped(void* extent) {
-  std::vector<unsigned char> pages(SlabSource::EXTENT_SIZE / 4096);
-  return ::mincore(extent, SlabSource::EXTENT_SIZE, pages.data()) == 0 || errno != ENOMEM;
 }
 
 std::vector<void*> slabsOf(void* extent) {
@@ -152,9 +145,9 @@ TEST(SlabSourceTest, AnExtentCanBeUsedFromItsFirstByteToItsLast) {
 
 TEST(SlabSourceTest, AnExtentThatCameBackIsTheSystems) {
   void* extent = SlabSource::get().takeExtent();
-  EXPECT_TRUE(isMapped(extent));
+  EXPECT_TRUE(isMapped(extent, SlabSource::EXTENT_SIZE));
   SlabSource::get().giveBackExtent(extent);
-  EXPECT_FALSE(isMapped(extent));
+  EXPECT_FALSE(isMapped(extent, SlabSource::EXTENT_SIZE));
 }
 
 TEST(SlabSourceTest, SlabsOfAnExtentThatWasBrokenUpAreHandedOutAgain) {

@@ -1,12 +1,16 @@
 /// What the system tells of the process's own memory.
 #pragma once
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace TestSupport {
 
@@ -39,6 +43,13 @@ inline std::size_t getMappedBytes() {
     if (line.starts_with(SIZE)) return std::stoul(line.substr(sizeof SIZE - 1)) * 1024;
   }
   return 0;
+}
+
+/// Tells whether all of so many bytes, which begin a page, belong to the process.
+inline bool isMapped(void* begin, std::size_t size) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  std::vector<unsigned char> pages((size + page - 1) / page);
+  return ::mincore(begin, size, pages.data()) == 0;
 }
 
 /// The kinds of mapping that have large pages, and that must not have any.
