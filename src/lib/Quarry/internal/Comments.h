@@ -34,17 +34,28 @@ inline const char* passComments(const char* at, const char* end) {
   return at;
 }
 
+/// Tells whether the byte at `at` stands behind an odd number of backslashes.
+/// @param begin no backslash before it counts
+inline bool isEscaped(const char* begin, const char* at) {
+  bool isOdd = false;
+  for (; at != begin && at[-1] == '\\'; --at)
+    isOdd = !isOdd;
+  return isOdd;
+}
+
 /// Tells whether a word stays as it is when comments are removed, and what is behind it is outside
 /// of strings, as what is before it.
 inline bool isFreeOfComments(std::string_view word) {
-  const char* end = word.data() + word.size();
-  if (findAnyOf<'"', '/'>(word.data(), end) == end) return true;
+  const char* begin = word.data();
+  const char* end = begin + word.size();
   bool inString = false;
-  bool isEscaped = false;  // behind an odd number of backslashes
-  for (const char* at = word.data(); at != end; ++at) {
-    if (!inString && isComment(at, end)) return false;
-    if (*at == '"' && !isEscaped) inString = !inString;
-    isEscaped = *at == '\\' && !isEscaped;
+  const char* at = findAnyOf<'"', '/'>(begin, end);
+  for (; at != end; at = findAnyOf<'"', '/'>(at + 1, end)) {
+    if (*at == '/') {
+      if (!inString && isComment(at, end)) return false;
+    } else if (!isEscaped(begin, at)) {
+      inString = !inString;
+    }
   }
   return !inString;
 }

@@ -207,8 +207,8 @@ std::string locateFile(const std::vector<std::string>& searchPaths, const std::s
   return std::string();
 }
 
-std::string chooseFile(const std::string& name, const std::string& path) {
-  return name != path && isCompressed(name) ? name : path;
+bool prefersCompressed(const std::string& name, const std::string& path) {
+  return name != path && isCompressed(name);
 }
 
 std::string resolvePath(const std::string& path) {
@@ -222,7 +222,7 @@ std::string resolvePath(const std::string& path) {
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
                     unsigned long& allowance, std::size_t size) {
   text.clear();
-  if (chooseFile(name, path) != path) return loadCompressed(name, text, allowance);
+  if (prefersCompressed(name, path)) return loadCompressed(name, text, allowance);
   const LoadResult result = loadPlain(path, text, allowance, size);
   const bool showsCompression = name == path && text.starts_with(SIGNATURE);
   if (showsCompression && isRegularFile(name)) {

@@ -24,11 +24,12 @@ enum class LoadResult {
 std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name,
                        std::size_t* size = nullptr);
 
-/// Returns the file that loadFile() loads: `path`, or `name` when a compressed file is called so.
+/// Tells whether loadFile() loads a compressed file that is called `name` instead of another one at
+/// `path`.
 ///
 /// Whether the file is compressed is looked up under `name`, not under `path`, and so is the
 /// compressed file: one that only a search path finds is read as it is. Documents are kept so.
-std::string chooseFile(const std::string& name, const std::string& path);
+bool prefersCompressed(const std::string& name, const std::string& path);
 
 /// Returns a path without links and "..", or an empty string when nothing is there.
 std::string resolvePath(const std::string& path);

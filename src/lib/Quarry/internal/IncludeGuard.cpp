@@ -45,7 +45,7 @@ std::optional<IncludeGuard::Objection> IncludeGuard::object(const std::string& n
     return Objection{FileDiagnostic::EXCEEDS_LIMIT,
                      Messages::limitExceeded(name, "includeDepth", limits.includeDepth)};
   }
-  if (limits.includesBelowSearchPaths && !liesBelowSearchPaths(chooseFile(name, path))) {
+  if (limits.includesBelowSearchPaths && !liesBelowSearchPaths(name, path)) {
     return Objection{FileDiagnostic::OUTSIDE_SEARCH_PATHS, Messages::includeOutside(name)};
   }
   return std::nullopt;
@@ -76,8 +76,8 @@ std::string IncludeGuard::describeCycle(const std::string& name, const std::stri
   return Messages::includeCycle(name, chain + "'" + name + "'");
 }
 
-bool IncludeGuard::liesBelowSearchPaths(const std::string& path) const {
-  const std::string place = findPlace(path);
+bool IncludeGuard::liesBelowSearchPaths(const std::string& name, const std::string& path) const {
+  const std::string place = findPlace(prefersCompressed(name, path) ? name : path);
   return std::any_of(searchPaths.begin(), searchPaths.end(), [&place](const std::string& folder) {
     return !folder.empty() && isBelow(place, resolvePath(folder));
   });

@@ -49,7 +49,7 @@ class IncludeGuard {
   };
 
   std::string describeCycle(const std::string& name, const std::string& path) const;
-  bool liesBelowSearchPaths(const std::string& path) const;
+  bool liesBelowSearchPaths(const std::string& name, const std::string& path) const;
 
   const ParserLimits limits;
   const bool isWatching;
