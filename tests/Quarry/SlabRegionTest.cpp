@@ -176,6 +176,73 @@ TEST_F(SlabRegionTest, PiecesOfAllSizesLieInTheRegionThatIsUsed) {
     EXPECT_TRUE(region->has(SlabHeap::allocate(size), size)) << size;
 }
 
+// --- Pieces that are made larger -----------------------------------------------------------------
+
+TEST_F(SlabRegionTest, TheLastPieceIsMadeLargerWhereItLies) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* piece = static_cast<char*>(SlabHeap::allocate(30));
+  EXPECT_TRUE(SlabHeap::extend(piece, 30, 100));
+  EXPECT_EQ(SlabHeap::allocate(16), piece + 112);
+}
+
+TEST_F(SlabRegionTest, APieceIsMadeLargerAgainAndAgain) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* piece = static_cast<char*>(SlabHeap::allocate(1));
+  for (std::size_t size = 1; size < SlabHeap::LARGEST; ++size)
+    ASSERT_TRUE(SlabHeap::extend(piece, size, size + 1)) << size;
+  EXPECT_EQ(SlabHeap::allocate(16), piece + SlabHeap::LARGEST);
+}
+
+TEST_F(SlabRegionTest, APieceBeforeAnotherIsNotMadeLarger) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  void* first = SlabHeap::allocate(32);
+  auto* second = static_cast<char*>(SlabHeap::allocate(32));
+  EXPECT_FALSE(SlabHeap::extend(first, 32, 48));
+  EXPECT_EQ(SlabHeap::allocate(16), second + 32);
+}
+
+TEST_F(SlabRegionTest, APieceIsMadeLargerUpToTheEndOfItsSlab) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  const std::vector<void*> pieces = allocateRare(RARE_IN_SLAB);
+  const auto end = (slabOf(pieces.back()) + 1) * SlabSource::SLAB_SIZE;
+  const std::size_t room = end - reinterpret_cast<std::uintptr_t>(pieces.back());
+  EXPECT_FALSE(SlabHeap::extend(pieces.back(), RARE_SIZE, room + 1));
+  EXPECT_TRUE(SlabHeap::extend(pieces.back(), RARE_SIZE, room));
+}
+
+TEST_F(SlabRegionTest, NoPieceIsMadeLargerWhereNoRegionIsUsed) {
+  void* ordinary = SlabHeap::allocate(32);
+  EXPECT_FALSE(SlabHeap::extend(ordinary, 32, 48));
+  SlabHeap::free(ordinary, 32);
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  void* piece = SlabHeap::allocate(32);
+  const SlabRegion::Use none(nullptr);
+  EXPECT_FALSE(SlabHeap::extend(piece, 32, 48));
+}
+
+TEST_F(SlabRegionTest, APieceThatWasMadeLargerOutlivesARegionThatWasBrokenUp) {
+  auto region = SlabRegion::make();
+  char* piece = nullptr;
+  {
+    const SlabRegion::Use use(region.get());
+    piece = static_cast<char*>(SlabHeap::allocate(32));
+    ASSERT_TRUE(SlabHeap::extend(piece, 32, 200));
+  }
+  const std::set<std::uintptr_t> slab = slabsOf({piece});
+  std::memset(piece, 1, 200);
+  region->breakUp();
+  region.reset();
+  EXPECT_EQ(piece[199], 1);
+  SlabHeap::free(piece, 200);
+  SlabHeap::flush();
+  expectGivenBack(slab);
+}
+
 // --- Using ---------------------------------------------------------------------------------------
 
 TEST_F(SlabRegionTest, PiecesAreOrdinaryBeforeAndBehindTheUse) {
@@ -660,6 +727,12 @@ TEST_F(SlabRegionTest, AThreadThatIsEndingGetsOrdinaryPieces) {
 
 TEST(SlabRegionTest, ThereAreNoneWhereEveryPieceStandsAlone) {
   EXPECT_EQ(SlabRegion::make(), nullptr);
+}
+
+TEST(SlabRegionTest, NoPieceIsMadeLargerWhereEveryPieceStandsAlone) {
+  void* piece = SlabHeap::allocate(32);
+  EXPECT_FALSE(SlabHeap::extend(piece, 32, 48));
+  SlabHeap::free(piece, 32);
 }
 
 #endif

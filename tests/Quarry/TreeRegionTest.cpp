@@ -8,6 +8,7 @@
 #include <Quarry/ParserFile.h>
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserItem.h>
+#include <Quarry/ParserValue.h>
 #include <Quarry/ParserWord.h>
 #include <Quarry/internal/SlabRegion.h>
 #include <gtest/gtest.h>
@@ -27,6 +28,7 @@
 
 using Quarry::ParserGroup;
 using Quarry::ParserItem;
+using Quarry::ParserValue;
 using Quarry::ParserWord;
 using Quarry::SlabRegion;
 using TestSupport::describe;
@@ -101,12 +103,52 @@ std::ostream& operator<<(std::ostream& out, const Operation& operation) {
   return out << operation.name;
 }
 
+/// Tells whether the last value lies behind the first places of its item, as it does when it is one
+/// of few, or else in a list.
+bool liesInItem(const ParserItem& item) {
+  const auto* place = reinterpret_cast<const char*>(&item.getValueType(item.getValueCount() - 1));
+  const std::ptrdiff_t distance = place - reinterpret_cast<const char*>(&item);
+  constexpr std::size_t LARGEST = sizeof(ParserItem) + 7 * sizeof(ParserValue);
+  return distance > 0 && distance < static_cast<std::ptrdiff_t>(LARGEST);
+}
+
 ParserGroup& groupOf(ParserGroup& root) { return *root.getGroup("g"); }
 ParserItem& itemOf(ParserGroup& root, const char* name) { return *groupOf(root).getItem(name); }
 
 std::string nameOf(const testing::TestParamInfo<Operation>& info) { return info.param.name; }
 
 }  // namespace
+
+// --- Where values lie ----------------------------------------------------------------------------
+
+/// An item at the end of a slab has no room.
+TEST(TreeRegionTest, FewValuesLieInTheirItemWhateverIsBeforeIt) {
+  std::string text;
+  while (text.size() < 50000)
+    text += "g { a 1 b 1 2 3 4 5 6 7 8 c yes d 1.5 2.5 e \"x\" \"y\" \"z\" f 1 g 1 2 3 }\n";
+  const auto root = readText(text);
+  unsigned long items = 0;
+  unsigned long others = 0;
+  for (unsigned long i = 0; i < root->getItemCount(); ++i) {
+    const ParserGroup& group = *root->getItem(i)->getGroup(0);
+    for (unsigned long k = 0; k < group.getItemCount(); ++k, ++items)
+      others += liesInItem(*group.getItem(k)) ? 0 : 1;
+  }
+  EXPECT_REGION(others < items / 500);
+}
+
+TEST(TreeRegionTest, ManyValuesLieInAList) {
+  const auto root = readText("a 1 2 3 4 5 6 7 8 9\n" + makeFiller());
+  EXPECT_FALSE(liesInItem(*root->getItem("a")));
+}
+
+TEST(TreeRegionTest, ValuesAmongLongOnesAreInTheirOrder) {
+  const std::string longOne = "\"" + LONG_STRING + "\"";
+  const std::string text = "a 1 2 " + longOne + " 4 5 " + longOne + " 7 8 9 10 11\n" +  //
+                           "b 1 \"x\\n\" \"y\\n\" 4 0x0102030400000000 6 7 8 9\n";
+  const std::string small = describe(*readText(text));
+  EXPECT_EQ(describe(*readText(text + makeFiller())).substr(0, small.size()), small);
+}
 
 // --- Which trees are freed at once ---------------------------------------------------------------
 

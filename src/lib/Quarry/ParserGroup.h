@@ -221,6 +221,7 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN ParserGroup() noexcept;
   QUARRY_HIDDEN static ParserGroup* makeNested();
   QUARRY_HIDDEN static void destroy(ParserGroup* group) noexcept;
+  QUARRY_HIDDEN void makePlace();
   QUARRY_HIDDEN void append(ParserItem* item);
   QUARRY_HIDDEN void adopt(ParserItem* item);
   QUARRY_HIDDEN ParserItem* append(std::unique_ptr<ParserItem> item);

@@ -399,6 +399,8 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void* nextPlace() const;
   QUARRY_HIDDEN void addMade() const;
   QUARRY_HIDDEN void reserve(unsigned long places) const;
+  QUARRY_HIDDEN bool hasPlace() const;
+  QUARRY_HIDDEN bool extend() const;
   QUARRY_HIDDEN void grow(unsigned long places) const;
   QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;
   QUARRY_HIDDEN void takeList(ParserItem& from) noexcept;

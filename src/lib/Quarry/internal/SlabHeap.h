@@ -52,6 +52,13 @@ class SlabHeap {
   /// what `new (std::nothrow)` has got is not told how much it was.
   static void* allocateOrNull(std::size_t size) noexcept;
 
+  /// Makes a piece larger where it lies. This is possible for the last piece that was got of the
+  /// region that the calling thread uses, as far as its slab reaches.
+  /// @param size what it has, as given to allocate() or here
+  /// @param wanted what it shall have, no less
+  /// @return whether it has that now; if not, all is as before, and it never can be made larger
+  static bool extend(void* piece, std::size_t size, std::size_t wanted) noexcept;
+
   /// Frees memory of allocate(). Never allocates.
   /// @param memory null is ignored
   /// @param size as given to allocate(); up to LARGEST, any other size up to LARGEST will do
@@ -167,6 +174,7 @@ inline void SlabHeap::prefetch(const void* piece, std::ptrdiff_t distance) noexc
 #ifdef QUARRY_PLAIN_HEAP
 
 inline void* SlabHeap::allocate(std::size_t size) { return ::operator new(size); }
+inline bool SlabHeap::extend(void*, std::size_t, std::size_t) noexcept { return false; }
 inline void SlabHeap::free(void* memory, std::size_t) noexcept { ::operator delete(memory); }
 inline void SlabHeap::flush() noexcept {}
 
@@ -209,6 +217,16 @@ inline void* SlabHeap::allocate(std::size_t size) {
   if (mine->run.region != nullptr) return takeFrom(mine->run, roundUp(size));
   void* slot = take(mine->of[sizeIndex], sizeIndex);
   return slot != nullptr ? slot : takeSlowly(sizeIndex);
+}
+
+/// Where no region is used, nothing ends at the next bytes: there are none.
+inline bool SlabHeap::extend(void* piece, std::size_t size, std::size_t wanted) noexcept {
+  if (mine == nullptr || mine->run.next != static_cast<char*>(piece) + roundUp(size)) return false;
+  const std::size_t more = roundUp(wanted) - roundUp(size);
+  if (more > static_cast<std::size_t>(mine->run.end - mine->run.next)) return false;
+  mine->run.next += more;
+  prefetch(mine->run.next, SOON);
+  return true;
 }
 
 /// Most slots are of the slab that the one before was of.

@@ -20,11 +20,12 @@ namespace Quarry {
 
 /// The text parser's sink: adds what it is told to a group and gives warnings on the console.
 ///
-/// An item is made with as many places for values as the one before it needed, because documents
-/// are full of items that are alike. Values that find no place are noted until the item's last one
-/// is known, so that their list gets one piece of memory of the right size. Only for many numbers
-/// the size is guessed from the text that follows, and the rest goes where it belongs at once.
-/// Whoever could look at the tree, such as a console that is told a warning, finds it complete.
+/// An item is made with a place for one value. In a region it is the last piece, and as long as
+/// that is so, it is made larger for each further value. Values that find no place are noted until
+/// the item's last one is known, so that their list gets one piece of memory of the right size.
+/// Only for many numbers the size is guessed from the text that follows, and the rest goes where it
+/// belongs at once. Whoever could look at the tree, such as a console that is told a warning, finds
+/// it complete.
 class TreeBuilder {
  public:
   /// @param hasZeroBytes whether there may be any in ParserWords, which do not tell; they are then
@@ -43,8 +44,9 @@ class TreeBuilder {
                                       ? ParserItem::ITEM_KEYWORD
                                       : ParserItem::ITEM_PLAIN;
     completeItem();
+    group->makePlace();  // first, so that the item can be made larger
     ParserItem* made = ParserItem::make({word.begin(), word.getLength()}, word.textEnd, type,
-                                        {word.getLine(), word.getColumn()}, guessPlaces());
+                                        {word.getLine(), word.getColumn()}, 1);
     group->adopt(made);
     item = made;
     if (hasDetails(word)) applyDetails(*item, word);
@@ -55,7 +57,7 @@ class TreeBuilder {
     if (!isPlain(word)) return addCarefully(word, valueType);
     if (needsReading(word, valueType)) return addWord(word, valueType);
     const std::string_view text = textOf(word, valueType);
-    if (item->count == item->capacity) return note(text, valueType, word.textEnd);
+    if (!item->hasPlace()) return note(text, valueType, word.textEnd);
     item->addText(valueType, text, word.textEnd);
   }
 
@@ -150,14 +152,6 @@ class TreeBuilder {
     const unsigned long length = word.getLength();
     if (valueType != ParserValue::TYPE_STRING) return {word.begin(), length};
     return {word.begin() + 1, length > QUOTES ? length - QUOTES : 0};
-  }
-
-  /// For how many values the next item shall have places. None are wasted on the first of many,
-  /// which go into a list.
-  unsigned long guessPlaces() const {
-    constexpr std::uint32_t MOST = 8;
-    const bool isExample = item != nullptr && item->count > 0 && item->count <= MOST;
-    return isExample ? item->count : 1;
   }
 
   void enterGroup(ParserGroup* inner) {

@@ -177,9 +177,24 @@ inline void ParserItem::destroy(ParserItem* item) noexcept {
   SlabHeap::free(item, sizeof(ParserItem));
 }
 
+/// Tells whether there is a place for one more value, which then is the next one. If not, there
+/// will be none before the values are moved.
+inline bool ParserItem::hasPlace() const { return count < capacity || extend(); }
+
+/// Makes the item larger by a place, if they are few and nothing was made since the item was.
+inline bool ParserItem::extend() const {
+  constexpr std::uint32_t MOST = 8;
+  constexpr std::size_t PLACE = sizeof(ParserValue);
+  if (capacity >= MOST || values != ownPlaces()) return false;
+  const std::size_t size = sizeof(ParserItem) + (capacity - 1) * PLACE;
+  if (!SlabHeap::extend(const_cast<ParserItem*>(this), size, size + PLACE)) return false;
+  ++capacity;
+  return true;
+}
+
 /// Returns where the next value is to be made; addMade() takes it in when it has been.
 inline void* ParserItem::nextPlace() const {
-  if (count == capacity) reserve(std::max(2UL * capacity, 4UL));
+  if (!hasPlace()) reserve(std::max(2UL * capacity, 4UL));
   return values + count;
 }
 
@@ -243,10 +258,15 @@ inline void ParserGroup::adopt(ParserItem* item) {
   }
 }
 
+/// Makes place for one more item.
+inline void ParserGroup::makePlace() {
+  if (items.isFull()) items.grow();
+}
+
 /// When memory runs out the group is as before and the item is still the caller's.
 inline void ParserGroup::append(ParserItem* item) {
   const std::size_t position = items.size();
-  if (items.isFull()) items.grow();
+  makePlace();
   const bool isNextPlain =
       item->type == ParserItem::ITEM_PLAIN && position == plainCount && getPositions() == nullptr;
   if (!isNextPlain) enter(*item, position);
