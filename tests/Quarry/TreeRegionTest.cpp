@@ -8,7 +8,6 @@
 #include <Quarry/ParserFile.h>
 #include <Quarry/ParserGroup.h>
 #include <Quarry/ParserItem.h>
-#include <Quarry/ParserValue.h>
 #include <Quarry/ParserWord.h>
 #include <Quarry/internal/SlabRegion.h>
 #include <gtest/gtest.h>
@@ -28,7 +27,6 @@
 
 using Quarry::ParserGroup;
 using Quarry::ParserItem;
-using Quarry::ParserValue;
 using Quarry::ParserWord;
 using Quarry::SlabRegion;
 using TestSupport::describe;
@@ -103,13 +101,11 @@ std::ostream& operator<<(std::ostream& out, const Operation& operation) {
   return out << operation.name;
 }
 
-/// Tells whether the last value lies behind the first places of its item, as it does when it is one
-/// of few, or else in a list.
-bool liesInItem(const ParserItem& item) {
-  const auto* place = reinterpret_cast<const char*>(&item.getValueType(item.getValueCount() - 1));
-  const std::ptrdiff_t distance = place - reinterpret_cast<const char*>(&item);
-  constexpr std::size_t LARGEST = sizeof(ParserItem) + 7 * sizeof(ParserValue);
-  return distance > 0 && distance < static_cast<std::ptrdiff_t>(LARGEST);
+/// Tells whether the values lie in the item and behind it, and not in a list.
+bool holdsValues(const ParserItem& item) {
+  const auto* begin = reinterpret_cast<const char*>(&item);
+  const auto* first = reinterpret_cast<const char*>(&item.getValueType(0));
+  return first > begin && first < begin + sizeof(ParserItem);
 }
 
 ParserGroup& groupOf(ParserGroup& root) { return *root.getGroup("g"); }
@@ -122,7 +118,7 @@ std::string nameOf(const testing::TestParamInfo<Operation>& info) { return info.
 // --- Where values lie ----------------------------------------------------------------------------
 
 /// An item at the end of a slab has no room.
-TEST(TreeRegionTest, FewValuesLieInTheirItemWhateverIsBeforeIt) {
+TEST(TreeRegionTest, AnItemHoldsFewValuesWhateverIsBeforeIt) {
   std::string text;
   while (text.size() < 50000)
     text += "g { a 1 b 1 2 3 4 5 6 7 8 c yes d 1.5 2.5 e \"x\" \"y\" \"z\" f 1 g 1 2 3 }\n";
@@ -132,14 +128,14 @@ TEST(TreeRegionTest, FewValuesLieInTheirItemWhateverIsBeforeIt) {
   for (unsigned long i = 0; i < root->getItemCount(); ++i) {
     const ParserGroup& group = *root->getItem(i)->getGroup(0);
     for (unsigned long k = 0; k < group.getItemCount(); ++k, ++items)
-      others += liesInItem(*group.getItem(k)) ? 0 : 1;
+      others += holdsValues(*group.getItem(k)) ? 0 : 1;
   }
   EXPECT_REGION(others < items / 500);
 }
 
-TEST(TreeRegionTest, ManyValuesLieInAList) {
+TEST(TreeRegionTest, ManyValuesAreInAList) {
   const auto root = readText("a 1 2 3 4 5 6 7 8 9\n" + makeFiller());
-  EXPECT_FALSE(liesInItem(*root->getItem("a")));
+  EXPECT_FALSE(holdsValues(*root->getItem("a")));
 }
 
 TEST(TreeRegionTest, ValuesAmongLongOnesAreInTheirOrder) {
