@@ -2,6 +2,10 @@
 
 #include "../Measure.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -73,9 +77,35 @@ std::string getFolder(const Workload& workload) {
 void readFile(State& state, const Workload& workload) {
   for ([[maybe_unused]] auto _ : state) {
     ParserFile file;
-    file.setSearchPaths({getFolder(workload)});
+    file.setSearchPaths({"", getFolder(workload)});
     if (!file.read(workload.path)) return state.SkipWithError("cannot be read");
     keep(file);
+  }
+  setPerValue(state, workload.values);
+}
+
+/// Returns a file's bytes with the fewest calls of the system; an empty string when it cannot.
+std::string loadBytes(const std::string& path) {
+  std::string bytes;
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  struct stat status = {};
+  if (::fstat(file, &status) == 0) bytes.resize(static_cast<std::size_t>(status.st_size));
+  const ssize_t count = ::read(file, bytes.data(), bytes.size());
+  bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+  ::close(file);
+  return bytes;
+}
+
+/// The least that there is to do for readFile(): the file's bytes are loaded, and its text is read,
+/// which was preprocessed before.
+void readFileParts(State& state, const Workload& workload) {
+  const Source source = Library::convert(workload);
+  for ([[maybe_unused]] auto _ : state) {
+    const std::string bytes = loadBytes(workload.path);
+    if (bytes.empty()) return state.SkipWithError("cannot be loaded");
+    Library::Tree tree;
+    Library::read(tree, source);
+    keep(tree);
   }
   setPerValue(state, workload.values);
 }
@@ -84,7 +114,7 @@ void readFile(State& state, const Workload& workload) {
 void preprocess(State& state, const Workload& workload) {
   for ([[maybe_unused]] auto _ : state) {
     ParserFile file;
-    file.setSearchPaths({getFolder(workload), ""});
+    file.setSearchPaths({"", getFolder(workload)});
     std::string text;
     std::set<std::string> included;
     keep(file.preprocessFile(text, workload.path, included));
@@ -102,6 +132,7 @@ Peer makePeer() {
   const std::vector<Operation> more = {
       {"WriteOneLine", writeOneLine, Operation::OF_LOOP, isDeep},
       {"ReadFile", readFile, Operation::OF_LOOP, isFile},
+      {"ReadFileParts", readFileParts, Operation::OF_LOOP, isFile},
       {"Preprocess", preprocess, Operation::OF_LOOP, isFile},
       {"Threads", Measure<Library>::read, Operation::OF_THREADS, isFile}};
   peer.operations.insert(peer.operations.end(), more.begin(), more.end());
