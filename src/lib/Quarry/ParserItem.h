@@ -399,7 +399,7 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN void* nextPlace() const;
   QUARRY_HIDDEN void addMade() const;
   QUARRY_HIDDEN void reserve(unsigned long places) const;
-  QUARRY_HIDDEN bool hasPlace() const;
+  QUARRY_HIDDEN bool makePlace() const;
   QUARRY_HIDDEN bool extend() const;
   QUARRY_HIDDEN void grow(unsigned long places) const;
   QUARRY_HIDDEN void moveValuesTo(ParserValue* places) const noexcept;

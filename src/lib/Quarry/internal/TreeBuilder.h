@@ -57,7 +57,7 @@ class TreeBuilder {
     if (!isPlain(word)) return addCarefully(word, valueType);
     if (needsReading(word, valueType)) return addWord(word, valueType);
     const std::string_view text = textOf(word, valueType);
-    if (!item->hasPlace()) return note(text, valueType, word.textEnd);
+    if (!item->makePlace()) return note(text, valueType, word.textEnd);
     item->addText(valueType, text, word.textEnd);
   }
 

@@ -177,11 +177,11 @@ inline void ParserItem::destroy(ParserItem* item) noexcept {
   SlabHeap::free(item, sizeof(ParserItem));
 }
 
-/// Tells whether there is a place for one more value, which then is the next one. If not, there
-/// will be none before the values are moved.
-inline bool ParserItem::hasPlace() const { return count < capacity || extend(); }
+/// Makes a place for one more value where the others need not be moved for it.
+/// @return whether there is one; if not, there will be none before they are moved
+inline bool ParserItem::makePlace() const { return count < capacity || extend(); }
 
-/// Makes the item larger by a place, if they are few and nothing was made since the item was.
+/// Makes the item larger by one place, if it has few and nothing was made since.
 inline bool ParserItem::extend() const {
   constexpr std::uint32_t MOST = 8;
   constexpr std::size_t PLACE = sizeof(ParserValue);
@@ -194,7 +194,7 @@ inline bool ParserItem::extend() const {
 
 /// Returns where the next value is to be made; addMade() takes it in when it has been.
 inline void* ParserItem::nextPlace() const {
-  if (!hasPlace()) reserve(std::max(2UL * capacity, 4UL));
+  if (!makePlace()) reserve(std::max(2UL * capacity, 4UL));
   return values + count;
 }
 
