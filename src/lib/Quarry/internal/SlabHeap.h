@@ -56,7 +56,7 @@ class SlabHeap {
   /// region that the calling thread uses, as far as its slab reaches.
   /// @param size what it has, as given to allocate() or here
   /// @param wanted what it shall have, no less
-  /// @return whether it has that now; if not, all is as before, and it never can be made larger
+  /// @return whether it has that now; if not, all is as before
   static bool extend(void* piece, std::size_t size, std::size_t wanted) noexcept;
 
   /// Frees memory of allocate(). Never allocates.

@@ -11,6 +11,7 @@
 #include "TextWord.h"
 #include "TreeParts.h"
 
+#include <cassert>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -58,6 +59,7 @@ class TreeBuilder {
     if (needsReading(word, valueType)) return addWord(word, valueType);
     const std::string_view text = textOf(word, valueType);
     if (!item->makePlace()) return note(text, valueType, word.textEnd);
+    assert(notes.empty());  // they come before this value
     item->addText(valueType, text, word.textEnd);
   }
 
