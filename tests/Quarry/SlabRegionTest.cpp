@@ -89,9 +89,43 @@ struct LargeRegion {
   std::vector<void*> pieces;  ///< those in extents
 };
 
-bool isInMappedSlab(const void* piece) {
-  void* slab = reinterpret_cast<void*>(slabOf(piece) * SlabSource::SLAB_SIZE);
-  return TestSupport::isMapped(slab, SlabSource::SLAB_SIZE);
+/// Returns where the extent of a piece begins.
+void* extentOf(const void* piece) {
+  const std::uintptr_t number = slabOf(piece) / EXTENT_SLABS;
+  return reinterpret_cast<void*>(number * SlabSource::EXTENT_SIZE);
+}
+
+/// Returns so many extents, taken anew.
+std::vector<void*> takeExtents(std::size_t count) {
+  std::vector<void*> extents(count);
+  for (void*& extent : extents)
+    extent = SlabSource::get().takeExtent();
+  return extents;
+}
+
+void giveBackExtents(const std::vector<void*>& extents) {
+  for (void* extent : extents)
+    SlabSource::get().giveBackExtent(extent);
+}
+
+/// Has the next extents be some that were used before, with the byte 1 all over.
+void keepUsedExtents() {
+  for (int i = 0; i < 2; ++i) {
+    const std::vector<void*> extents = takeExtents(10);
+    for (void* extent : extents)
+      std::memset(extent, 1, SlabSource::EXTENT_SIZE);
+    giveBackExtents(extents);
+  }
+}
+
+/// Expects that extents went back to the system, or are handed out again.
+void expectExtentsGivenBack(const std::set<void*>& extents) {
+  const std::vector<void*> next = takeExtents(SlabSource::MOST_KEPT_EXTENTS + extents.size());
+  const std::set<void*> taken(next.begin(), next.end());
+  EXPECT_EQ(taken.size(), next.size());
+  for (void* extent : extents)
+    EXPECT_TRUE(taken.contains(extent) || !TestSupport::isMapped(extent, SlabSource::EXTENT_SIZE));
+  giveBackExtents(next);
 }
 
 /// Expects that slabs were given back, each once: they are among the next ones, as many as are kept
@@ -636,11 +670,10 @@ TEST_F(SlabRegionTest, PiecesInExtentsTellTheirRegion) {
 
 TEST_F(SlabRegionTest, ADestroyedRegionGivesItsExtentsBack) {
   LargeRegion large;
-  EXPECT_TRUE(isInMappedSlab(large.pieces.front()));
-  EXPECT_TRUE(isInMappedSlab(large.pieces.back()));
+  const std::set<void*> extents{extentOf(large.pieces.front()), extentOf(large.pieces.back())};
+  ASSERT_EQ(extents.size(), 2U);
   large.region.reset();
-  EXPECT_FALSE(isInMappedSlab(large.pieces.front()));
-  EXPECT_FALSE(isInMappedSlab(large.pieces.back()));
+  expectExtentsGivenBack(extents);
 }
 
 TEST_F(SlabRegionTest, PiecesInExtentsThatWereBrokenUpOutliveTheRegion) {
@@ -678,12 +711,15 @@ TEST_F(SlabRegionTest, ExtentsThatWereBrokenUpAreNoLargePages) {
 }
 
 TEST_F(SlabRegionTest, SlabsOfAnExtentThatWereNotUsedGoBackWhenItIsBrokenUp) {
+  keepUsedExtents();
   LargeRegion large;
   const std::uintptr_t last = slabOf(large.pieces.back());
   std::set<std::uintptr_t> unused;
   for (std::uintptr_t slab = last + 1; slab % EXTENT_SLABS != 0; ++slab)
     unused.insert(slab);
   ASSERT_GT(unused.size(), 10U);
+  const void* firstUnused = reinterpret_cast<void*>(*unused.begin() * SlabSource::SLAB_SIZE);
+  ASSERT_EQ(*static_cast<const char*>(firstUnused), 1);
   large.region->breakUp();
   expectHandedOutAgain(unused);
   freeRare(large.pieces);

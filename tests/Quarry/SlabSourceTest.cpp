@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <set>
@@ -117,22 +118,16 @@ TEST(SlabSourceTest, ExtentsAreAlignedToTheirSize) {
 }
 
 TEST(SlabSourceTest, ExtentsTakeNoMoreAddressesThanTheirOwn) {
+  SlabSource source;  // that has none yet
   const std::size_t before = TestSupport::getMappedBytes();
   std::vector<void*> extents(20);
   for (void*& extent : extents)
-    extent = SlabSource::get().takeExtent();
+    extent = source.takeExtent();
   const std::size_t taken = TestSupport::getMappedBytes() - before;
   EXPECT_GE(taken, extents.size() * SlabSource::EXTENT_SIZE);
   EXPECT_LT(taken, (extents.size() + 1) * SlabSource::EXTENT_SIZE);
   for (void* extent : extents)
-    SlabSource::get().giveBackExtent(extent);
-}
-
-TEST(SlabSourceTest, AnExtentIsZero) {
-  void* extent = SlabSource::get().takeExtent();
-  for (const void* slab : slabsOf(extent))
-    EXPECT_TRUE(isZero(slab));
-  SlabSource::get().giveBackExtent(extent);
+    source.giveBackExtent(extent);
 }
 
 TEST(SlabSourceTest, AnExtentCanBeUsedFromItsFirstByteToItsLast) {
@@ -141,13 +136,6 @@ TEST(SlabSourceTest, AnExtentCanBeUsedFromItsFirstByteToItsLast) {
   EXPECT_EQ(extent[0], 1);
   EXPECT_EQ(extent[SlabSource::EXTENT_SIZE - 1], 1);
   SlabSource::get().giveBackExtent(extent);
-}
-
-TEST(SlabSourceTest, AnExtentThatCameBackIsTheSystems) {
-  void* extent = SlabSource::get().takeExtent();
-  EXPECT_TRUE(isMapped(extent, SlabSource::EXTENT_SIZE));
-  SlabSource::get().giveBackExtent(extent);
-  EXPECT_FALSE(isMapped(extent, SlabSource::EXTENT_SIZE));
 }
 
 TEST(SlabSourceTest, SlabsOfAnExtentThatWasBrokenUpAreHandedOutAgain) {
@@ -169,4 +157,93 @@ TEST(SlabSourceTest, AnExtentIsOneLargePageUntilItIsBrokenUp) {
   SlabSource::get().breakUpExtent(extent);
   EXPECT_THAT(getMappingFlags(extent), Optional(HasSubstr(TestSupport::WITHOUT_LARGE_PAGES)));
   giveBack(slabsOf(extent));
+}
+
+// --- Extents that are kept -----------------------------------------------------------------------
+
+namespace {
+
+/// A source of its own: what is kept depends on all that was taken before.
+class KeptExtentsTest : public testing::Test {
+ protected:
+  std::vector<void*> take(std::size_t count) {
+    std::vector<void*> extents(count);
+    for (void*& extent : extents)
+      extent = source.takeExtent();
+    return extents;
+  }
+
+  void giveBack(const std::vector<void*>& extents) {
+    for (void* extent : extents)
+      source.giveBackExtent(extent);
+  }
+
+  void takeAndGiveBack(std::size_t count) { giveBack(take(count)); }
+
+  SlabSource source;
+};
+
+std::size_t countMapped(const std::vector<void*>& extents) {
+  return static_cast<std::size_t>(std::count_if(extents.begin(), extents.end(), [](void* extent) {
+    return isMapped(extent, SlabSource::EXTENT_SIZE);
+  }));
+}
+
+}  // namespace
+
+TEST_F(KeptExtentsTest, NoneAtFirst) {
+  const std::vector<void*> extents = take(10);
+  EXPECT_EQ(countMapped(extents), 10U);
+  giveBack(extents);
+  EXPECT_EQ(countMapped(extents), 0U);
+}
+
+TEST_F(KeptExtentsTest, HalfOfThemWhenTheProcessCameBack) {
+  takeAndGiveBack(10);
+  const std::vector<void*> extents = take(10);
+  giveBack(extents);
+  EXPECT_EQ(countMapped(extents), 5U);
+}
+
+TEST_F(KeptExtentsTest, NoMoreThanHalfHoweverOftenTheProcessComesBack) {
+  for (int i = 0; i < 20; ++i)
+    takeAndGiveBack(10);
+  const std::vector<void*> extents = take(10);
+  giveBack(extents);
+  EXPECT_EQ(countMapped(extents), 5U);
+}
+
+TEST_F(KeptExtentsTest, AsManyAsBeforeWhenFewerAreUsed) {
+  takeAndGiveBack(10);
+  const std::vector<void*> extents = take(10);
+  giveBack(extents);
+  takeAndGiveBack(2);
+  EXPECT_EQ(countMapped(extents), 5U);
+}
+
+TEST_F(KeptExtentsTest, NoMoreThanTheMost) {
+  constexpr std::size_t MANY = 2 * SlabSource::MOST_KEPT_EXTENTS + 20;
+  takeAndGiveBack(MANY);
+  const std::vector<void*> extents = take(MANY);
+  giveBack(extents);
+  EXPECT_EQ(countMapped(extents), SlabSource::MOST_KEPT_EXTENTS);
+}
+
+TEST_F(KeptExtentsTest, HaveTheMemoryThatTheyHad) {
+  takeAndGiveBack(2);
+  const std::vector<void*> extents = take(2);
+  std::memset(extents.front(), 1, SlabSource::EXTENT_SIZE);
+  giveBack(extents);
+  EXPECT_EQ(source.takeExtent(), extents.front());
+  EXPECT_EQ(static_cast<char*>(extents.front())[SlabSource::EXTENT_SIZE - 1], 1);
+  source.giveBackExtent(extents.front());
+}
+
+TEST_F(KeptExtentsTest, WereUsedNoMoreWhenTheyHadBeenBrokenUp) {
+  for (void* extent : take(10))
+    source.breakUpExtent(extent);
+  takeAndGiveBack(2);
+  const std::vector<void*> extents = take(2);
+  giveBack(extents);
+  EXPECT_EQ(countMapped(extents), 1U);
 }

@@ -36,7 +36,7 @@ namespace {
 
 constexpr long MEBIBYTE = 1L << 20;
 
-/// What the library may keep for the next document.
+/// What the library may keep for the next document; more of large ones, when they come again.
 constexpr long KEPT = static_cast<long>(Quarry::SlabSource::KEPT * Quarry::SlabSource::SLAB_SIZE +
                                         Quarry::LargeBlocks::MOST_KEPT_BYTES);
 
@@ -139,6 +139,15 @@ TEST_F(MemoryTest, OfALongListOfValuesGoesBack) {
 }
 
 // --- Again and again -----------------------------------------------------------------------------
+
+TEST_F(MemoryTest, OfLargeDocumentsGoesBackButForALittleMoreWhenTheyCameAgain) {
+  constexpr long EXTENTS =
+      static_cast<long>(Quarry::SlabSource::MOST_KEPT_EXTENTS * Quarry::SlabSource::EXTENT_SIZE);
+  const long before = getResidentBytes();
+  for (int i = 0; i < 3; ++i)
+    readAndDestroy(makeText(50 * MEBIBYTE));
+  EXPECT_LT(getResidentBytes(), before + KEPT + EXTENTS + MARGIN);
+}
 
 TEST_F(MemoryTest, DoesNotGrowWhenADocumentIsReadAgainAndAgain) {
   const std::string text = makeText(5 * MEBIBYTE);

@@ -65,16 +65,23 @@ void SlabRegion::breakUp() noexcept {
   breakUpExtents();
 }
 
-/// A slab that was not used yet is all zero: that is one without pieces, which goes back.
 void SlabRegion::breakUpExtents() noexcept {
-  for (char* extent : extents) {
-    SlabSource::get().breakUpExtent(extent);
-    for (std::size_t i = 0; i < SlabSource::EXTENT_SIZE; i += SlabSource::SLAB_SIZE) {
-      auto* slab = reinterpret_cast<SlabHeap::Slab*>(extent + i);
-      SlabHeap::handOver(*slab, slab->capacity);
-    }
-  }
+  for (char* extent : extents)
+    breakUpExtent(extent);
   extents.clear();
+}
+
+/// The last slabs of the last extent may not have been used.
+void SlabRegion::breakUpExtent(char* extent) noexcept {
+  char* const end = extent + SlabSource::EXTENT_SIZE;
+  char* const usedEnd = extent == extents.back() ? spare : end;
+  SlabSource::get().breakUpExtent(extent);
+  for (char* place = extent; place != usedEnd; place += SlabSource::SLAB_SIZE) {
+    auto* slab = reinterpret_cast<SlabHeap::Slab*>(place);
+    SlabHeap::handOver(*slab, slab->capacity);
+  }
+  for (char* place = usedEnd; place != end; place += SlabSource::SLAB_SIZE)
+    SlabSource::get().giveBack(place);
 }
 
 SlabRegion* SlabRegion::getUsed() {

@@ -91,6 +91,7 @@ class SlabRegion {
   void openSlab(SlabHeap::Run& run);
   void closeSlab(const SlabHeap::Run& run) noexcept;
   void breakUpExtents() noexcept;
+  void breakUpExtent(char* extent) noexcept;
   void add(SlabHeap::Large& large);
   void remove(SlabHeap::Large& large) noexcept;
 

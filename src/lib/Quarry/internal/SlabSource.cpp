@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <new>
 
@@ -69,13 +70,23 @@ void SlabSource::mapRegion() {
 /// The lists get room for every slab there is, and so many more: giving back must not fail.
 void SlabSource::reserve(std::size_t more) {
   kept.reserve(KEPT);
+  keptExtents.reserve(MOST_KEPT_EXTENTS);
   returned.reserve(slabs + more);
+}
+
+void* SlabSource::takeExtent() {
+  const std::lock_guard<std::mutex> lock(mutex);
+  void* extent = keptExtents.empty() ? mapExtent() : takeLast(keptExtents);
+  ++usedExtents;
+  if (hasUnmapped) {
+    extentsToKeep = std::clamp(usedExtents / 2, extentsToKeep, MOST_KEPT_EXTENTS);
+  }
+  return extent;
 }
 
 /// Asks for twice as much as is used, so that it can be aligned. The upper of two places is taken:
 /// the system looks for the next one below, and so they lie side by side.
-void* SlabSource::takeExtent() {
-  const std::lock_guard<std::mutex> lock(mutex);
+void* SlabSource::mapExtent() {
   reserve(EXTENT_SLABS);
   char* begin = map(2 * EXTENT_SIZE);
   char* extent = alignUp(begin + 1, EXTENT_SIZE);
@@ -87,14 +98,26 @@ void* SlabSource::takeExtent() {
 }
 
 void SlabSource::giveBackExtent(void* extent) noexcept {
-  ::munmap(extent, EXTENT_SIZE);
+  if (!keepExtent(extent)) ::munmap(extent, EXTENT_SIZE);
+}
+
+bool SlabSource::keepExtent(void* extent) noexcept {
   const std::lock_guard<std::mutex> lock(mutex);
+  --usedExtents;
+  if (keptExtents.size() < extentsToKeep) {
+    keptExtents.push_back(extent);
+    return true;
+  }
   slabs -= EXTENT_SLABS;
+  hasUnmapped = true;
+  return false;
 }
 
 /// Large pages of which only some slabs are used would keep the memory of all.
 void SlabSource::breakUpExtent(void* extent) noexcept {
   ::madvise(extent, EXTENT_SIZE, MADV_NOHUGEPAGE);
+  const std::lock_guard<std::mutex> lock(mutex);
+  --usedExtents;
 }
 
 }  // namespace Quarry

@@ -16,7 +16,9 @@ namespace Quarry {
 ///
 /// Who needs more slabs than are kept, and gives them back together, gets them by extents. Each is
 /// a large page where the system has such: that is far quicker to get and to give back than the
-/// small pages of as much memory.
+/// small pages of as much memory. Extents go back to the system at once, unless the process comes
+/// back for them: then half of those that it uses at a time are kept, up to MOST_KEPT_EXTENTS.
+/// Half, so that no document takes much more time for each byte than one of half its size.
 ///
 /// Used by any thread at any time, also while the process ends: it is never destroyed.
 class SlabSource {
@@ -24,6 +26,7 @@ class SlabSource {
   static constexpr std::size_t SLAB_SIZE = std::size_t(1) << 16;
   static constexpr std::size_t KEPT = 256;  ///< 16 MiB
   static constexpr std::size_t EXTENT_SIZE = std::size_t(1) << 21;
+  static constexpr std::size_t MOST_KEPT_EXTENTS = 24;  ///< 48 MiB
 
   static SlabSource& get();
 
@@ -34,11 +37,11 @@ class SlabSource {
   /// Takes a slab back. Never allocates.
   void giveBack(void* slab) noexcept;
 
-  /// Returns EXTENT_SIZE bytes, all zero and aligned to their size: slabs that lie side by side.
-  /// Throws std::bad_alloc.
+  /// Returns EXTENT_SIZE bytes, aligned to their size: slabs that lie side by side. What they hold
+  /// is anything. Throws std::bad_alloc.
   void* takeExtent();
 
-  /// Takes an extent back. Its memory goes back to the system at once.
+  /// Takes an extent back. Never allocates.
   void giveBackExtent(void* extent) noexcept;
 
   /// Makes the slabs of an extent slabs like any others, which are given back one by one.
@@ -51,6 +54,8 @@ class SlabSource {
 
   void mapRegion();
   void reserve(std::size_t more);
+  void* mapExtent();
+  bool keepExtent(void* extent) noexcept;
 
   std::mutex mutex;
   std::vector<void*> kept;      ///< with their memory
@@ -58,6 +63,11 @@ class SlabSource {
   char* unused = nullptr;       ///< slabs of the newest region that were never handed out
   char* unusedEnd = nullptr;
   std::size_t slabs = 0;  ///< in all regions and extents
+
+  std::vector<void*> keptExtents;
+  std::size_t usedExtents = 0;
+  std::size_t extentsToKeep = 0;
+  bool hasUnmapped = false;  ///< an extent went back to the system
 };
 
 }  // namespace Quarry
