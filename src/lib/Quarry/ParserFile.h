@@ -108,6 +108,9 @@ class QUARRY_EXPORT ParserFile {
   /// "ParserGroup::setText: (3:7) File '...' exceeds the limit nestingDepth (200).\n" with the
   /// name of the file that was read.
   ///
+  /// Only regular files are read. The one that is named here is opened to find that out, without
+  /// waiting for a writer where it is a FIFO; of an include, nothing else is opened.
+  ///
   /// @param name the file; empty for the stored file name
   /// @return false when the file or one that it includes cannot be read, an include has no closing
   ///         quote, a version of 0 or less is declared, or a limit is exceeded; the tree is then

@@ -19,62 +19,32 @@ namespace {
 
 constexpr mode_t NEW_FILE_MODE = 0666;
 
-/// The system would take a name with a zero byte for another, shorter one.
-bool isPossibleName(const std::string& path) { return path.find('\0') == std::string::npos; }
-
-/// @param size where the file's size goes; may be null
-bool isRegularFile(const std::string& path, std::size_t* size = nullptr) {
+bool isRegularFile(const std::string& path) {
   struct stat status = {};
-  if (!isPossibleName(path) || ::stat(path.c_str(), &status) != 0) return false;
-  if (size != nullptr) *size = static_cast<std::size_t>(status.st_size);
-  return S_ISREG(status.st_mode);
+  return isPossibleName(path) && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// A file that is read from its beginning to its end. A small document takes about as long to open
-/// as to parse, so this asks the system for no more than it needs.
-class InputFile {
- public:
-  explicit InputFile(const std::string& path)
-      : descriptor(isPossibleName(path) ? ::open(path.c_str(), O_RDONLY | O_CLOEXEC) : -1) {}
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-  ~InputFile() {
-    if (descriptor >= 0) ::close(descriptor);
+/// Returns the first path for which `isFile(path)` is true, or an empty string.
+template <class IsFile>
+std::string findFile(const std::vector<std::string>& searchPaths, const std::string& name,
+                     IsFile isFile) {
+  for (const std::string& searchPath : searchPaths) {
+    std::string path = searchPath;
+    if (!path.empty() && path.back() != '/') path += '/';
+    path += name;
+    if (isFile(path)) return path;
   }
-
-  bool isOpen() const { return descriptor >= 0; }
-
-  /// Returns the file's size: 0 where the system does not know it, as for a pipe and for the files
-  /// that it makes up when they are read.
-  std::size_t getSize() const {
-    struct stat status = {};
-    return ::fstat(descriptor, &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
-  }
-
-  /// Returns the number of bytes read: 0 at the end of the file, or for an error, which `errno`
-  /// then tells. It may be less than `size` anywhere.
-  std::size_t read(char* bytes, std::size_t size) {
-    for (;;) {
-      errno = 0;
-      const ssize_t count = ::read(descriptor, bytes, size);
-      if (count >= 0) return static_cast<std::size_t>(count);
-      if (errno != EINTR) return 0;
-    }
-  }
-
- private:
-  int descriptor;
-};
+  return std::string();
+}
 
 /// The first bytes of a compressed file.
 constexpr std::string_view SIGNATURE = "\x1F\x8B";
 
 /// Only regular files are probed: opening a FIFO or a device could block.
 bool isCompressed(const std::string& name) {
-  if (!isRegularFile(name)) return false;
-  InputFile file(name);
+  InputFile file;
   char bytes[SIGNATURE.size()] = {};
-  return file.read(bytes, sizeof bytes) == sizeof bytes &&
+  return isRegularFile(name) && file.open(name) && file.read(bytes, sizeof bytes) == sizeof bytes &&
          SIGNATURE == std::string_view(bytes, sizeof bytes);
 }
 
@@ -138,8 +108,7 @@ void appendFilled(std::string& text, std::size_t most, Fill fill) {
 /// Reads the text of a file, which ends at the first zero byte.
 class TextInput {
  public:
-  /// @param expectedSize of the file, in bytes; 0 when it is not known
-  TextInput(InputFile& textFile, std::size_t expectedSize) : file(textFile), size(expectedSize) {}
+  explicit TextInput(InputFile& textFile) : file(textFile) {}
 
   bool isAtEnd() const { return ended; }
 
@@ -161,12 +130,11 @@ class TextInput {
     const std::size_t count = file.read(bytes, most);
     const std::size_t textSize = std::min(std::string_view(bytes, count).find('\0'), count);
     readSize += count;
-    ended = count == 0 || textSize < count || (count < most && readSize == size);
+    ended = count == 0 || textSize < count || (count < most && readSize == file.getSize());
     return textSize;
   }
 
   InputFile& file;
-  const std::size_t size;
   std::size_t readSize = 0;
   bool ended = false;
 };
@@ -174,14 +142,12 @@ class TextInput {
 /// Reads a file up to its first zero byte.
 ///
 /// The size that the system tells is believed up to a point: a file may be nearly all hole.
-LoadResult loadPlain(const std::string& path, std::string& text, unsigned long largest,
-                     std::size_t size) {
+LoadResult loadPlain(InputFile& file, std::string& text, unsigned long largest) {
   constexpr std::size_t LEAST_ROOM = 1 << 14;
   constexpr std::size_t BELIEVED_SIZE = 1 << 28;
-  InputFile file(path);
   if (!file.isOpen()) return LoadResult::NOT_OPENED;
-  if (size == 0) size = file.getSize();
-  TextInput input(file, size);
+  const std::size_t size = file.getSize();
+  TextInput input(file);
   std::size_t room = size != 0 ? std::min(size, BELIEVED_SIZE) : LEAST_ROOM;
   while (!input.isAtEnd()) {
     const std::size_t most = std::min<std::size_t>(room, largest - text.size()) + 1;
@@ -196,15 +162,17 @@ LoadResult loadPlain(const std::string& path, std::string& text, unsigned long l
 
 }  // namespace
 
-std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name,
-                       std::size_t* size) {
-  for (const std::string& searchPath : searchPaths) {
-    std::string path = searchPath;
-    if (!path.empty() && path.back() != '/') path += '/';
-    path += name;
-    if (isRegularFile(path, size)) return path;
-  }
-  return std::string();
+std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name) {
+  return findFile(searchPaths, name, isRegularFile);
+}
+
+/// A file that may not be read is found all the same, and so is one that is not opened at once:
+/// another program may have to let go of it first.
+std::string openFile(const std::vector<std::string>& searchPaths, const std::string& name,
+                     InputFile& file) {
+  return findFile(searchPaths, name, [&file](const std::string& path) {
+    return file.openRegular(path) || (errno != ENOENT && isRegularFile(path));
+  });
 }
 
 bool prefersCompressed(const std::string& name, const std::string& path) {
@@ -220,10 +188,11 @@ std::string resolvePath(const std::string& path) {
 
 /// A file that is found under its own name is opened once: its text shows whether it is compressed.
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
-                    unsigned long& allowance, std::size_t size) {
+                    unsigned long& allowance, InputFile file) {
   text.clear();
   if (prefersCompressed(name, path)) return loadCompressed(name, text, allowance);
-  const LoadResult result = loadPlain(path, text, allowance, size);
+  if (!file.isOpen()) file.open(path);
+  const LoadResult result = loadPlain(file, text, allowance);
   const bool showsCompression = name == path && text.starts_with(SIGNATURE);
   if (showsCompression && isRegularFile(name)) {
     text.clear();

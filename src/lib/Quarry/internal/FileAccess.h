@@ -3,9 +3,11 @@
 /// File names are bytes and are handed to the system as they are: names need not be UTF-8.
 #pragma once
 
-#include <cstddef>
+#include "InputFile.h"
+
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Quarry {
@@ -19,10 +21,14 @@ enum class LoadResult {
 };
 
 /// Returns the first regular file among `searchPaths`, each followed by `name`, or an empty string
-/// when there is none. An empty search path stands for the bare name.
-/// @param size where the file's size in bytes goes; may be null
-std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name,
-                       std::size_t* size = nullptr);
+/// when there is none. An empty search path stands for the bare name. Nothing is opened.
+std::string locateFile(const std::vector<std::string>& searchPaths, const std::string& name);
+
+/// Does the same, and opens the file. That is quicker, but other files of that name, such as
+/// devices, are opened as well.
+/// @param file where it goes; not open when there is none, or when it may not be read
+std::string openFile(const std::vector<std::string>& searchPaths, const std::string& name,
+                     InputFile& file);
 
 /// Tells whether loadFile() loads a compressed file that is called `name` instead of another one at
 /// `path`.
@@ -43,25 +49,30 @@ std::string resolvePath(const std::string& path);
 /// @param path where locateFile() found it
 /// @param allowance how many bytes the file may have, unpacked; lowered by what it has. Not much
 ///        more is read.
-/// @param size what locateFile() told; 0 when it was not asked. The file may have another by now.
+/// @param file the same, when it is open already
 /// @throws std::out_of_range ("basic_string::erase") for a compressed line of less than two bytes
 LoadResult loadFile(const std::string& name, const std::string& path, std::string& text,
-                    unsigned long& allowance, std::size_t size = 0);
+                    unsigned long& allowance, InputFile file = InputFile());
 
 /// Finds and loads the files of a document where the system keeps them. Each is loaded before the
 /// next is looked for.
+///
+/// The first is named by the program, and opened at once. The others are named by the document,
+/// which may come from anyone: what is no regular file is not opened for it.
 class StoredFiles {
  public:
   std::string locate(const std::vector<std::string>& searchPaths, const std::string& name) {
-    return locateFile(searchPaths, name, &size);
+    const bool isFirst = !std::exchange(hasFirst, true);
+    return isFirst ? openFile(searchPaths, name, file) : locateFile(searchPaths, name);
   }
   LoadResult load(const std::string& name, const std::string& path, std::string& text,
-                  unsigned long& allowance) const {
-    return loadFile(name, path, text, allowance, size);
+                  unsigned long& allowance) {
+    return loadFile(name, path, text, allowance, std::move(file));
   }
 
  private:
-  std::size_t size = 0;  ///< of the file that was found last
+  bool hasFirst = false;
+  InputFile file;
 };
 
 /// A file that is written as a whole: made, or emptied, when it is opened.

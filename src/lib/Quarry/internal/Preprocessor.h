@@ -60,7 +60,7 @@ class Preprocessor {
  public:
   Preprocessor(const std::vector<std::string>& paths, Sink& listener,
                const ParserLimits& limits = ParserLimits(), Files source = Files())
-      : searchPaths(paths), sink(listener), guard(limits, paths), storage(source) {}
+      : searchPaths(paths), sink(listener), guard(limits, paths), storage(std::move(source)) {}
 
   /// Preprocesses the file called `name`.
   /// @return the version that the file declares, 1.0 when it declares none; 0.0 when it or a file
