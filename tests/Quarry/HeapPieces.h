@@ -54,6 +54,7 @@ inline std::size_t chooseSize(std::mt19937& random) {
     case 0: return Quarry::SlabHeap::LARGEST - 8 + random() % 17;
     case 1: return 1 + random() % 20000;
     case 2: return 1 + random() % Quarry::SlabHeap::LARGEST;
+    case 3: return 1 + random() % Quarry::SlabHeap::LARGEST_OF_REGION;
     default: return 1 + random() % 200;
   }
 }

@@ -31,7 +31,11 @@ using namespace HeapPieces;
 
 namespace {
 
-constexpr std::size_t LARGE = SlabHeap::LARGEST + 1;
+/// Lies in a slab only where a region is used.
+constexpr std::size_t MIDDLE = SlabHeap::LARGEST + 1;
+
+/// Lies in no slab.
+constexpr std::size_t LARGE = SlabHeap::LARGEST_OF_REGION;
 
 /// Fills more than one slab.
 constexpr std::size_t MANY = 3000;
@@ -153,7 +157,7 @@ TEST_F(SlabRegionTest, PiecesOfAllSizesDoNotOverlap) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
   Pieces pieces;
-  for (std::size_t size = 1; size <= SlabHeap::LARGEST + 100; ++size)
+  for (std::size_t size = 1; size <= SlabHeap::LARGEST_OF_REGION + 100; ++size)
     pieces.emplace_back(size, static_cast<unsigned char>(size));
   EXPECT_TRUE(areIntact(pieces));
 }
@@ -161,7 +165,7 @@ TEST_F(SlabRegionTest, PiecesOfAllSizesDoNotOverlap) {
 TEST_F(SlabRegionTest, APieceOfEverySizeIsAligned) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
-  for (std::size_t size = 1; size <= SlabHeap::LARGEST + 1; ++size) {
+  for (std::size_t size = 1; size <= SlabHeap::LARGEST_OF_REGION + 1; ++size) {
     const Piece piece(size, 1);
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(piece.getBegin()) % SlabHeap::GRANULE, 0U) << size;
   }
@@ -206,8 +210,20 @@ TEST_F(SlabRegionTest, APieceTellsItsRegion) {
 TEST_F(SlabRegionTest, PiecesOfAllSizesLieInTheRegionThatIsUsed) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
-  for (const std::size_t size : {std::size_t(1), SlabHeap::LARGEST, LARGE, LargeBlocks::SMALLEST})
+  for (const std::size_t size :
+       {std::size_t(1), SlabHeap::LARGEST, MIDDLE, LARGE, LargeBlocks::SMALLEST}) {
     EXPECT_TRUE(region->has(SlabHeap::allocate(size), size)) << size;
+  }
+}
+
+TEST_F(SlabRegionTest, PiecesOfMiddleSizeLieBesideTheOthers) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* first = static_cast<char*>(SlabHeap::allocate(16));
+  auto* middle = static_cast<char*>(SlabHeap::allocate(MIDDLE));
+  auto* last = static_cast<char*>(SlabHeap::allocate(16));
+  EXPECT_LE(middle, first + 64);
+  EXPECT_EQ(last, middle + SlabHeap::roundUp(MIDDLE));
 }
 
 // --- Pieces that are made larger -----------------------------------------------------------------
@@ -241,11 +257,13 @@ TEST_F(SlabRegionTest, APieceBeforeAnotherIsNotMadeLarger) {
 TEST_F(SlabRegionTest, APieceIsMadeLargerUpToTheEndOfItsSlab) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
-  const std::vector<void*> pieces = allocateRare(RARE_IN_SLAB);
-  const auto end = (slabOf(pieces.back()) + 1) * SlabSource::SLAB_SIZE;
-  const std::size_t room = end - reinterpret_cast<std::uintptr_t>(pieces.back());
-  EXPECT_FALSE(SlabHeap::extend(pieces.back(), RARE_SIZE, room + 1));
-  EXPECT_TRUE(SlabHeap::extend(pieces.back(), RARE_SIZE, room));
+  allocateRare(RARE_IN_SLAB);
+  void* last = SlabHeap::allocate(64);
+  const std::uintptr_t end = (slabOf(last) + 1) * SlabSource::SLAB_SIZE;
+  const std::size_t room = end - reinterpret_cast<std::uintptr_t>(last);
+  ASSERT_LT(room, SlabHeap::LARGEST);
+  EXPECT_FALSE(SlabHeap::extend(last, 64, room + 1));
+  EXPECT_TRUE(SlabHeap::extend(last, 64, room));
 }
 
 TEST_F(SlabRegionTest, NoPieceIsMadeLargerWhereNoRegionIsUsed) {
@@ -293,8 +311,10 @@ TEST_F(SlabRegionTest, PiecesAreOrdinaryWhileNoRegionIsUsedWithinTheUse) {
   const SlabRegion::Use use(region.get());
   const SlabRegion::Use none(nullptr);
   const Piece small(64, 1);
+  const Piece middle(MIDDLE, 1);
   const Piece large(LARGE, 1);
   EXPECT_EQ(SlabRegion::of(small.getBegin()), nullptr);
+  EXPECT_FALSE(region->has(middle.getBegin(), MIDDLE));
   EXPECT_FALSE(region->has(large.getBegin(), LARGE));
 }
 
@@ -464,6 +484,8 @@ TEST_F(SlabRegionTest, HoldersMayFreePiecesOfTheRegion) {
     void* small = SlabHeap::allocate(64);
     slabs.insert(slabOf(small));
     region->holdsMore(small, [](void* piece) { SlabHeap::free(piece, 64); });
+    region->holdsMore(SlabHeap::allocate(MIDDLE),
+                      [](void* piece) { SlabHeap::free(piece, MIDDLE); });
     region->holdsMore(SlabHeap::allocate(LARGE), [](void* piece) { SlabHeap::free(piece, LARGE); });
   }
   region.reset();
@@ -491,17 +513,21 @@ TEST_F(SlabRegionTest, ARegionIsWholeUntilItIsBrokenUp) {
 TEST_F(SlabRegionTest, PiecesOfARegionThatWasBrokenUpTellNone) {
   const auto region = SlabRegion::make();
   std::vector<void*> pieces;
+  void* middle = nullptr;
   void* large = nullptr;
   {
     const SlabRegion::Use use(region.get());
     pieces = allocate(MANY, 100);
+    middle = SlabHeap::allocate(MIDDLE);
     large = SlabHeap::allocate(LARGE);
   }
   region->breakUp();
   EXPECT_EQ(SlabRegion::of(pieces.front()), nullptr);
   EXPECT_EQ(SlabRegion::of(pieces.back()), nullptr);
+  EXPECT_FALSE(region->has(middle, MIDDLE));
   EXPECT_FALSE(region->has(large, LARGE));
   free(pieces, 100);
+  SlabHeap::free(middle, MIDDLE);
   SlabHeap::free(large, LARGE);
 }
 
@@ -536,6 +562,26 @@ TEST_F(SlabRegionTest, ASlabThatWasBrokenUpGoesBackWithItsLastPiece) {
   SlabHeap::flush();
   EXPECT_NE(takeNextSlabs(1), slabs);
   SlabHeap::free(last, 64);
+  SlabHeap::flush();
+  expectGivenBack(slabs);
+}
+
+TEST_F(SlabRegionTest, ASlabThatWasBrokenUpGoesBackWithItsLastPieceOfMiddleSize) {
+  const auto region = SlabRegion::make();
+  std::vector<void*> pieces;
+  {
+    const SlabRegion::Use use(region.get());
+    pieces = allocate(10, MIDDLE);
+  }
+  const std::set<std::uintptr_t> slabs = slabsOf(pieces);
+  ASSERT_EQ(slabs.size(), 1U);
+  SlabHeap::free(pieces.front(), MIDDLE);
+  region->breakUp();
+  void* last = pieces.back();
+  free({pieces.begin() + 1, pieces.end() - 1}, MIDDLE);
+  SlabHeap::flush();
+  EXPECT_NE(takeNextSlabs(1), slabs);
+  SlabHeap::free(last, MIDDLE);
   SlabHeap::flush();
   expectGivenBack(slabs);
 }

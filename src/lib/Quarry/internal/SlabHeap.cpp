@@ -194,15 +194,20 @@ SlabHeap::Holdings* SlabHeap::makeHoldings() noexcept { return ThreadEnd::begin(
 void* SlabHeap::allocateLarge(std::size_t size) {
   const std::size_t whole = size + sizeof(Large);
   if (whole < size) throw std::bad_alloc();
+  SlabRegion* region = mine != nullptr ? mine->run.region : nullptr;
+  if (region != nullptr && whole <= LARGEST_OF_REGION) {
+    return ::new (takeFrom(mine->run, roundUp(whole))) Large{} + 1;
+  }
   void* memory =
       whole >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(whole) : ::operator new(whole);
   auto* large = ::new (memory) Large{whole, nullptr, nullptr, nullptr};
-  if (mine != nullptr && mine->run.region != nullptr) mine->run.region->add(*large);
+  if (region != nullptr) region->add(*large);
   return large + 1;
 }
 
 void SlabHeap::freeLarge(void* memory) noexcept {
   Large& large = static_cast<Large*>(memory)[-1];
+  if (large.size == 0) return freeSlot(&large);
   if (large.region != nullptr) large.region->remove(large);
   giveBack(large);
 }

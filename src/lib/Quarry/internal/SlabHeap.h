@@ -3,6 +3,7 @@
 
 #include "SlabSource.h"
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -25,7 +26,8 @@ class SlabRegion;
 ///
 /// Memory is cut from slabs: blocks of 64 KiB, aligned to their size, so that a slot's address
 /// tells its slab. All slots of a slab have one size, unless the slab is a SlabRegion's. Sizes are
-/// rounded up to a multiple of 16 bytes; what is larger than LARGEST comes from `operator new`.
+/// rounded up to a multiple of 16 bytes; what is larger than LARGEST comes from `operator new`, but
+/// from a region up to LARGEST_OF_REGION.
 ///
 /// Each thread has, for each size, one slab from which it takes slots, and a batch of slots of one
 /// other slab that it has freed: both without a lock, and so a tree is made and freed at the price
@@ -39,6 +41,10 @@ class SlabHeap {
  public:
   static constexpr std::size_t GRANULE = 16;
   static constexpr std::size_t LARGEST = 1024;
+
+  /// With what stands before it. What is left of a slab in which the next piece finds no room is
+  /// lost: a sixteenth of it at most.
+  static constexpr std::size_t LARGEST_OF_REGION = 4096;
 
   /// Returns how many bytes a piece of `size` bytes really has: room to grow into.
   static constexpr std::size_t roundUp(std::size_t size) {
@@ -55,7 +61,7 @@ class SlabHeap {
   /// Makes a piece larger where it lies. This is possible for the last piece that was got of the
   /// region that the calling thread uses, as far as its slab reaches.
   /// @param size what it has, as given to allocate() or here
-  /// @param wanted what it shall have, no less
+  /// @param wanted what it shall have, no less, up to LARGEST
   /// @return whether it has that now; if not, all is as before
   static bool extend(void* piece, std::size_t size, std::size_t wanted) noexcept;
 
@@ -138,7 +144,7 @@ class SlabHeap {
 
   /// Stands before a piece that is larger than LARGEST.
   struct alignas(GRANULE) Large {
-    std::size_t size;    ///< with this
+    std::size_t size;    ///< with this; 0 for one in a region's slab, which needs none of these
     SlabRegion* region;  ///< null for none
     Large* previous;
     Large* next;
@@ -149,6 +155,7 @@ class SlabHeap {
   static void* takeFrom(Run& run, std::size_t size);
   static void openSlab(Run& run);
   static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
+  static void freeSlot(void* memory) noexcept;
   static void* allocateLarge(std::size_t size);
   static void freeLarge(void* memory) noexcept;
   static void giveBack(Large& large) noexcept;
@@ -221,6 +228,7 @@ inline void* SlabHeap::allocate(std::size_t size) {
 
 /// Where no region is used, nothing ends at the next bytes: there are none.
 inline bool SlabHeap::extend(void* piece, std::size_t size, std::size_t wanted) noexcept {
+  assert(size <= wanted && wanted <= LARGEST);
   if (mine == nullptr || mine->run.next != static_cast<char*>(piece) + roundUp(size)) return false;
   const std::size_t more = roundUp(wanted) - roundUp(size);
   if (more > static_cast<std::size_t>(mine->run.end - mine->run.next)) return false;
@@ -246,6 +254,10 @@ inline void SlabHeap::put(Holding& holding, Slab* slab, Slot* slot) noexcept {
 inline void SlabHeap::free(void* memory, std::size_t size) noexcept {
   if (memory == nullptr) return;
   if (size > LARGEST) return freeLarge(memory);
+  freeSlot(memory);
+}
+
+inline void SlabHeap::freeSlot(void* memory) noexcept {
   Slab* slab = Slab::of(memory);
   Slot* slot = static_cast<Slot*>(memory);
   if (mine != nullptr) {

@@ -94,7 +94,8 @@ SlabRegion* SlabRegion::of(const void* piece) {
 
 bool SlabRegion::has(const void* piece, std::size_t size) const {
   if (size <= SlabHeap::LARGEST) return of(piece) == this;
-  return static_cast<const SlabHeap::Large*>(piece)[-1].region == this;
+  const SlabHeap::Large& large = static_cast<const SlabHeap::Large*>(piece)[-1];
+  return (large.size == 0 ? of(&large) : large.region) == this;
 }
 
 // --- Getting pieces ------------------------------------------------------------------------------
