@@ -37,6 +37,9 @@ constexpr std::size_t MIDDLE = SlabHeap::LARGEST + 1;
 /// Lies in no slab.
 constexpr std::size_t LARGE = SlabHeap::LARGEST_OF_REGION;
 
+/// What stands before a piece of middle size and before a large one.
+constexpr std::size_t BEFORE_LARGE = 4 * sizeof(void*);
+
 /// Fills more than one slab.
 constexpr std::size_t MANY = 3000;
 
@@ -221,9 +224,19 @@ TEST_F(SlabRegionTest, PiecesOfMiddleSizeLieBesideTheOthers) {
   const SlabRegion::Use use(region.get());
   auto* first = static_cast<char*>(SlabHeap::allocate(16));
   auto* middle = static_cast<char*>(SlabHeap::allocate(MIDDLE));
+  auto* largest = static_cast<char*>(SlabHeap::allocate(LARGE - BEFORE_LARGE));
   auto* last = static_cast<char*>(SlabHeap::allocate(16));
-  EXPECT_LE(middle, first + 64);
-  EXPECT_EQ(last, middle + SlabHeap::roundUp(MIDDLE));
+  EXPECT_EQ(middle, first + 16 + BEFORE_LARGE);
+  EXPECT_EQ(largest, middle + SlabHeap::roundUp(MIDDLE) + BEFORE_LARGE);
+  EXPECT_EQ(last, largest + LARGE - BEFORE_LARGE);
+}
+
+TEST_F(SlabRegionTest, LargePiecesLieElsewhere) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  auto* first = static_cast<char*>(SlabHeap::allocate(16));
+  SlabHeap::allocate(LARGE - BEFORE_LARGE + 1);
+  EXPECT_EQ(SlabHeap::allocate(16), first + 16);
 }
 
 // --- Pieces that are made larger -----------------------------------------------------------------
