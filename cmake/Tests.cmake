@@ -10,14 +10,31 @@ if(CMAKE_CROSSCOMPILING_EMULATOR)
        FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
 endif()
 
-# quarry_add_tests(<name> [GERMAN] SOURCES <file>... LIBRARIES <target>...)
+# Registers a test program as <parts> tests, which together run all that is in it, or as one.
+function(quarry_add_test_parts name parts)
+  if(NOT parts)
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+    return()
+  endif()
+  math(EXPR last "${parts} - 1")
+  foreach(part RANGE ${last})
+    add_test(NAME ${name}.${part} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(
+      ${name}.${part} PROPERTIES ENVIRONMENT "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${part}"
+                                 TIMEOUT 600)
+  endforeach()
+endfunction()
+
+# quarry_add_tests(<name> [GERMAN] [PARTS <number>] SOURCES <file>... LIBRARIES <target>...)
 #
 # Makes one test program and registers each of its tests, or the program as one test where starting
-# it for each would take longer than the tests. With GERMAN, the whole program runs once more in an
+# it for each would take longer than the tests. A program that runs for long is then run in PARTS, so
+# that no core waits for it in the end. With GERMAN, the whole program runs once more in an
 # application whose locale writes a comma for the decimal point, unless a sanitizer watches it: that
 # is slow, and what a locale changes are results.
 function(quarry_add_tests name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "GERMAN" "" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "GERMAN" "PARTS" "SOURCES;LIBRARIES")
 
   add_executable(${name})
   target_sources(${name} PRIVATE ${arg_SOURCES})
@@ -37,8 +54,7 @@ function(quarry_add_tests name)
   endif()
 
   if(QUARRY_WHOLE_TEST_PROGRAMS)
-    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+    quarry_add_test_parts(${name} "${arg_PARTS}")
   else()
     gtest_discover_tests(
       ${name}
