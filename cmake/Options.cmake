@@ -4,6 +4,7 @@ set(QUARRY_QT 6 CACHE STRING "Major version of the Qt Core that the tests run wi
 set_property(CACHE QUARRY_QT PROPERTY STRINGS 6 5)
 option(QUARRY_TOOL "Build the command-line tool" ON)
 option(QUARRY_TESTS "Build the tests" OFF)
+set(QUARRY_TEST_OPTIONS "" CACHE STRING "Further compiler options of the tests alone")
 option(QUARRY_WHOLE_TEST_PROGRAMS "Run each test program as one test" OFF)
 option(QUARRY_PRECOMPILED_HEADERS "Compile large foreign headers once for each program" OFF)
 option(QUARRY_FUZZ "Build the fuzz targets with libFuzzer" OFF)
