@@ -17,6 +17,7 @@
 #include "support/Bytes.h"
 #include "support/Documents.h"
 #include "support/RecordingConsole.h"
+#include "support/Sanitized.h"
 
 using Quarry::ParserGroup;
 using Quarry::ParserItem;
@@ -24,14 +25,6 @@ using TestSupport::readText;
 using TestSupport::writeOneLine;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define QUARRY_TEST_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer)
-#define QUARRY_TEST_SANITIZED 1
-#endif
-#endif
 
 /// The sanitizers take much longer; their stack is no larger.
 #ifdef QUARRY_TEST_SANITIZED

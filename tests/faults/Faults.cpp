@@ -19,13 +19,7 @@
 #include <utility>
 #include <vector>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define QUARRY_TEST_OTHER_MALLOC 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define QUARRY_TEST_OTHER_MALLOC 1
-#endif
-#endif
+#include "support/Sanitized.h"
 
 using Quarry::LargeBlocks;
 using Quarry::SlabSource;
@@ -49,7 +43,7 @@ constinit std::atomic<long> mappings = 0;
 
 // --- The C library's allocations -----------------------------------------------------------------
 
-#ifdef QUARRY_TEST_OTHER_MALLOC
+#ifdef QUARRY_TEST_SANITIZED
 
 namespace {
 
@@ -282,7 +276,7 @@ bool Attempt::takesAllocation(Whose whose) noexcept {
 }
 
 bool reachesCLibrary() {
-#ifdef QUARRY_TEST_OTHER_MALLOC
+#ifdef QUARRY_TEST_SANITIZED
   return false;
 #else
   return true;

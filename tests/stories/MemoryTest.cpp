@@ -17,20 +17,13 @@
 
 #include "support/Documents.h"
 #include "support/RecordingConsole.h"
+#include "support/Sanitized.h"
 #include "support/TemporaryFolder.h"
 
 using Quarry::ParserFile;
 using Quarry::ParserGroup;
 using Quarry::ParserItem;
 using Quarry::ParserValue;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define QUARRY_TEST_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define QUARRY_TEST_SANITIZED 1
-#endif
-#endif
 
 namespace {
 

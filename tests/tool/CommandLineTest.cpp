@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "ToolProcess.h"
+#include "support/Sanitized.h"
 #include "support/TemporaryFolder.h"
 
 namespace ToolTest {
@@ -163,7 +164,7 @@ TEST(CommandLineTest, ClosedStandardInputCannotBeRead) {
             (Result{2, "", "quarry: error: Cannot read 'standard input': Bad file descriptor.\n"}));
 }
 
-#ifndef __SANITIZE_ADDRESS__  // the sanitizers check addresses by means of pipes
+#ifndef QUARRY_TEST_SANITIZED  // the sanitizers check addresses by means of pipes
 
 TEST(CommandLineTest, ReadingStandardInputNeedsNoFileBesideIt) {
   EXPECT_EQ(runWithOneFile({"tree", "-"}, "a 1"), (Result{0, "a: int 1\n", ""}));
