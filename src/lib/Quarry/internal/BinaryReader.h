@@ -4,6 +4,7 @@
 #include <Quarry/ParserLimits.h>
 
 #include "BinaryNumber.h"
+#include "SlabHeap.h"
 #include "WordScan.h"
 
 #include <algorithm>
@@ -127,7 +128,7 @@ class BinaryReader {
   const unsigned long deepest;
   bool hasLeftOut = false;
   Level level;  ///< the innermost one
-  std::vector<Level> outerLevels;
+  std::vector<Level, SlabAllocator<Level>> outerLevels;
 };
 
 }  // namespace Quarry

@@ -73,12 +73,12 @@ class TextParser {
   /// What the current item has become so far.
   enum class Item : unsigned char { NONE, PLAIN, KEYWORD, CALL };
 
-  /// The state of one group that is being read.
+  /// The state of one group that is being read; small, because groups can be nested a million deep.
   struct Level {
     Item item = Item::NONE;
     bool isIncomplete = false;  ///< the item took neither a value nor an empty tag
     bool hasValue = false;      ///< the item took a value
-    ParserWord::Type previous = ParserWord::WORD_NONE;  ///< the last word that was accepted
+    ParserWord::Type previous : 8 = ParserWord::WORD_NONE;  ///< the last word that was accepted
   };
 
   // What most words need is inlined in the loop of parse(); what few need, or none, is kept out.

@@ -33,9 +33,10 @@ class TreeBuilder {
   ///        read with more care
   /// @param textLength how many bytes of text follow, as far as that is known
   explicit TreeBuilder(ParserGroup& target, bool hasZeroBytes = true, unsigned long textLength = 0)
-      : region(target.makeRegionFor(textLength)), group(&target), areWordsPlain(!hasZeroBytes) {
-    outers.reserve(USUAL_DEPTH);
-  }
+      : outers(makeOuters()),
+        region(target.makeRegionFor(textLength)),
+        group(&target),
+        areWordsPlain(!hasZeroBytes) {}
 
   /// The parser has classified the name, so that it need not be checked again. Where this is
   /// inlined, its type is known before anything else is called.
@@ -127,6 +128,15 @@ class TreeBuilder {
     ParserItem* item;
   };
 
+  using Outers = std::vector<Outer, SlabAllocator<Outer>>;
+
+  /// Returns a list with room for what most documents need.
+  static Outers makeOuters() {
+    Outers outers;
+    outers.reserve(USUAL_DEPTH);
+    return outers;
+  }
+
   template <class Word>
   static bool hasDetails(const Word& word) {
     return word.getArraySize() != ParserWord::NO_ARRAY || word.getTemplateWord() != nullptr;
@@ -175,10 +185,10 @@ class TreeBuilder {
   void addWord(const ParserWord& word, ParserValue::Type valueType);
   void addCarefully(const ParserWord& word, ParserValue::Type valueType);
 
+  Outers outers;  ///< before the region, whose memory it is not to take
   const SlabRegion::Use region;
-  ParserGroup* group;          ///< the innermost group
-  ParserItem* item = nullptr;  ///< its current item
-  std::vector<Outer> outers;
+  ParserGroup* group;                  ///< the innermost group
+  ParserItem* item = nullptr;          ///< its current item
   ParserItem::Place leftOut = {0, 0};  ///< the first group that was; lines count from 1
   const bool areWordsPlain;
   std::vector<Note, SlabAllocator<Note>> notes;  ///< where memory of the last document is kept
