@@ -60,7 +60,7 @@ class LargeBlocksTest : public testing::Test {
  protected:
   void SetUp() override {
     std::size_t step = LargeBlocks::SMALLEST / 8;
-    for (std::size_t size = LargeBlocks::SMALLEST; size <= LargeBlocks::MOST_KEPT_BYTES;) {
+    for (std::size_t size = LargeBlocks::SMALLEST; size <= LargeBlocks::LARGEST_KEPT;) {
       for (std::size_t i = 0; i < LargeBlocks::MOST_KEPT_BYTES / LargeBlocks::SMALLEST; ++i)
         ::munmap(take(size), size);
       if (size == 16 * step) step *= 2;
@@ -69,7 +69,6 @@ class LargeBlocksTest : public testing::Test {
   }
 };
 
-/// Tells whether a block of whole pages still belongs to the process.
 /// Takes blocks, gives them all back and returns how many bytes of them still belong to the
 /// process.
 std::size_t countKeptBytes(std::size_t blockSize, std::size_t count) {
@@ -146,8 +145,25 @@ TEST_F(LargeBlocksTest, NoMoreThanTheMostKeptBytesAreKeptOfSmallBlocks) {
   EXPECT_LE(countKeptBytes(LargeBlocks::SMALLEST, 400), LargeBlocks::MOST_KEPT_BYTES);
 }
 
-TEST_F(LargeBlocksTest, ABlockLargerThanAllThatIsKeptGoesBackAtOnce) {
-  EXPECT_EQ(countKeptBytes(2 * LargeBlocks::MOST_KEPT_BYTES, 1), 0U);
+TEST_F(LargeBlocksTest, ABlockOfTheLargestSizeIsKept) {
+  EXPECT_EQ(countKeptBytes(LargeBlocks::LARGEST_KEPT, 1), LargeBlocks::LARGEST_KEPT);
+}
+
+TEST_F(LargeBlocksTest, ALargerBlockGoesBackAtOnce) {
+  EXPECT_EQ(countKeptBytes(LargeBlocks::LARGEST_KEPT + 1, 1), 0U);
+}
+
+TEST_F(LargeBlocksTest, AllThatAListOfAMillionPlacesGrewOutOfIsKept) {
+  constexpr std::size_t LIST_SIZE = 9 * MEBIBYTE;  // 8 MiB and what stands before it, rounded up
+  std::size_t size = LIST_SIZE / 64;
+  std::vector<std::pair<void*, std::size_t>> blocks = {{take(size), size}};
+  for (; size < LIST_SIZE; size *= 2) {
+    blocks.emplace_back(take(2 * size), 2 * size);
+    giveBack(blocks.end()[-2].first, size);
+  }
+  giveBack(blocks.back().first, LIST_SIZE);
+  for (const auto& [block, blockSize] : blocks)
+    EXPECT_TRUE(isMapped(block, blockSize)) << blockSize;
 }
 
 TEST_F(LargeBlocksTest, BlocksOfEverySizeAreIntactWhileOthersComeAndGo) {
@@ -192,8 +208,8 @@ TEST_F(LargeBlocksTest, BlocksOfSeveralThreadsStayIntact) {
 TEST_F(LargeBlocksTest, BlocksThatAreTooLargeToBeKeptHaveLargePages) {
   if (!TestSupport::tellsLargePages()) GTEST_SKIP() << "the system does not tell";
   const auto hasLargePages = Optional(HasSubstr(TestSupport::WITH_LARGE_PAGES));
-  const Block kept(LargeBlocks::MOST_KEPT_BYTES, 1);
-  const Block large(LargeBlocks::MOST_KEPT_BYTES + 1, 1);
+  const Block kept(LargeBlocks::LARGEST_KEPT, 1);
+  const Block large(LargeBlocks::LARGEST_KEPT + 1, 1);
   EXPECT_THAT(getMappingFlags(kept.getBegin()), Not(hasLargePages));
   EXPECT_THAT(getMappingFlags(large.getBegin()), hasLargePages);
 }

@@ -44,13 +44,13 @@ void* LargeBlocks::take(std::size_t size) {
 void* LargeBlocks::map(std::size_t size) {
   void* block = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (block == MAP_FAILED) throw std::bad_alloc();
-  if (size > MOST_KEPT_BYTES) ::madvise(block, size, MADV_HUGEPAGE);
+  if (size > LARGEST_KEPT) ::madvise(block, size, MADV_HUGEPAGE);
   return block;
 }
 
 void LargeBlocks::giveBack(void* block, std::size_t size) noexcept {
   const std::size_t whole = roundUp(size);
-  if (whole > MOST_KEPT_BYTES) {
+  if (whole > LARGEST_KEPT) {
     ::munmap(block, whole);
     return;
   }

@@ -16,7 +16,10 @@ namespace Quarry {
 class LargeBlocks {
  public:
   static constexpr std::size_t SMALLEST = std::size_t(1) << 17;
-  static constexpr std::size_t MOST_KEPT_BYTES = std::size_t(1) << 24;
+  static constexpr std::size_t LARGEST_KEPT = std::size_t(16) << 20;
+
+  /// A list of up to half of this that grows by doubling finds all those again that it grew out of.
+  static constexpr std::size_t MOST_KEPT_BYTES = std::size_t(24) << 20;
 
   static LargeBlocks& get();
 
