@@ -170,6 +170,30 @@ TEST(TextParserWordTest, ABracedItemLeavesThePreviousWordInForce) {
   EXPECT_TRUE(console.isSilent());
 }
 
+TEST(TextParserWordTest, ABracedItemBehindANameLeavesTheNameWithoutAValue) {
+  WordList words;
+  words.add("a");
+  words.addBrace("g");
+  words.addAll({"}", "b", "1"});
+  const RecordingConsole console;
+  ParserGroup root("root");
+  build(words, root);
+  EXPECT_THAT(console.getWarnings(),
+              ElementsAre("ParserGroup::setText: (0:0) item 'b' has no value.\n"));
+}
+
+TEST(TextParserWordTest, ABracedItemBehindAValueLeavesTheItemWithoutArguments) {
+  WordList words;
+  words.addAll({"a", "1"});
+  words.addBrace("g");
+  words.addAll({"}", "(", "b", "2"});
+  const RecordingConsole console;
+  ParserGroup root("root");
+  build(words, root);
+  EXPECT_EQ(describe(root), "a int:1; g {}; b int:2");
+  EXPECT_EQ(console.getWarnings().size(), 1U);
+}
+
 TEST(TextParserWordTest, ABracedItemTakesItsArraySize) {
   WordList words;
   words.addArray("g", 7);

@@ -8,6 +8,7 @@
 #include "Diagnostic.h"
 #include "WordClassifier.h"
 
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -73,13 +74,32 @@ class TextParser {
   /// What the current item has become so far.
   enum class Item : unsigned char { NONE, PLAIN, KEYWORD, CALL };
 
-  /// The state of one group that is being read; small, because groups can be nested a million deep.
+  /// The state of one group that is being read.
   struct Level {
     Item item = Item::NONE;
     bool isIncomplete = false;  ///< the item took neither a value nor an empty tag
     bool hasValue = false;      ///< the item took a value
     ParserWord::Type previous : 8 = ParserWord::WORD_NONE;  ///< the last word that was accepted
   };
+
+  /// A level that waits for an inner one, in one byte: groups can be nested a million deep.
+  struct WaitingLevel {
+    explicit WaitingLevel(const Level& level)
+        : item(level.item),
+          isIncomplete(level.isIncomplete),
+          hasValue(level.hasValue),
+          previous(static_cast<unsigned>(level.previous) & 0xFU) {}
+
+    Level get() const {
+      return {item, isIncomplete, hasValue, static_cast<ParserWord::Type>(previous)};
+    }
+
+    Item item : 2;
+    bool isIncomplete : 1;
+    bool hasValue : 1;
+    std::uint8_t previous : 4;
+  };
+  static_assert(sizeof(WaitingLevel) == 1 && ParserWord::WORD_UNKNOWN < 16);
 
   // What most words need is inlined in the loop of parse(); what few need, or none, is kept out.
 
@@ -251,12 +271,12 @@ class TextParser {
   }
 
   void enterLevel() {
-    outerLevels.push_back(level);
+    outerLevels.emplace_back(level);
     level = Level();
   }
 
   void leaveLevel() {
-    level = outerLevels.back();
+    level = outerLevels.back().get();
     outerLevels.pop_back();
   }
 
@@ -282,7 +302,7 @@ class TextParser {
   Sink& sink;
   const unsigned long deepest;
   Level level;  ///< of the innermost group
-  std::vector<Level> outerLevels;
+  std::vector<WaitingLevel> outerLevels;
 };
 
 }  // namespace Quarry
