@@ -74,7 +74,7 @@ class TextParser {
   /// What the current item has become so far.
   enum class Item : unsigned char { NONE, PLAIN, KEYWORD, CALL };
 
-  /// The state of one group that is being read.
+  /// The state of one group that is being read, a byte for each part, so that all fit a register.
   struct Level {
     Item item = Item::NONE;
     bool isIncomplete = false;  ///< the item took neither a value nor an empty tag
