@@ -800,13 +800,14 @@ TEST_F(SlabRegionTest, ARegionThatIsBrokenUpWhileItUsesExtentsStillGivesPieces) 
 
 // --- Threads that are ending ---------------------------------------------------------------------
 
-TEST_F(SlabRegionTest, AThreadThatIsEndingGetsOrdinaryPieces) {
+TEST_F(SlabRegionTest, AThreadThatIsEndingUsesRegionsToo) {
   struct AtTheEnd {
     ~AtTheEnd() {
       const SlabRegion::Use use(&region);
       const Piece piece(64, 1);
-      EXPECT_EQ(SlabRegion::of(piece.getBegin()), nullptr);
-      EXPECT_FALSE(region.isWhole());
+      EXPECT_EQ(SlabRegion::of(piece.getBegin()), &region);
+      EXPECT_TRUE(piece.isIntact());
+      EXPECT_TRUE(region.isWhole());
     }
     SlabRegion& region;
   };

@@ -135,6 +135,7 @@ char* SlabHeap::Slab::end() {
 // --- Threads -------------------------------------------------------------------------------------
 
 constinit thread_local SlabHeap::Holdings* SlabHeap::mine = nullptr;
+constinit thread_local SlabHeap::Run SlabHeap::run;
 
 /// What threads hold: made at its first use, given back when the thread ends.
 class SlabHeap::ThreadEnd {
@@ -189,14 +190,26 @@ constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
 
 // --- Slow ways -----------------------------------------------------------------------------------
 
-SlabHeap::Holdings* SlabHeap::makeHoldings() noexcept { return ThreadEnd::begin(); }
+/// Returns the next bytes of the region, as there is one.
+void* SlabHeap::takeOfRegion(std::size_t size) {
+  if (size > run.getRoom()) run.region->openSlab();
+  return takeNext(size);
+}
+
+/// Returns memory where what is left of the region's slab, if any, is too little.
+void* SlabHeap::takeElsewhere(std::size_t size) {
+  if (run.region != nullptr) return takeOfRegion(roundUp(size));
+  const std::size_t sizeIndex = indexOf(size);
+  void* slot = mine != nullptr ? take(mine->of[sizeIndex], sizeIndex) : nullptr;
+  return slot != nullptr ? slot : takeSlowly(sizeIndex);
+}
 
 void* SlabHeap::allocateLarge(std::size_t size) {
   const std::size_t whole = size + sizeof(Large);
   if (whole < size) throw std::bad_alloc();
-  SlabRegion* region = mine != nullptr ? mine->run.region : nullptr;
+  SlabRegion* region = run.region;
   if (region != nullptr && whole <= LARGEST_OF_REGION) {
-    return ::new (takeFrom(mine->run, roundUp(whole))) Large{} + 1;
+    return ::new (takeOfRegion(roundUp(whole))) Large{} + 1;
   }
   void* memory =
       whole >= LargeBlocks::SMALLEST ? LargeBlocks::get().take(whole) : ::operator new(whole);
@@ -216,8 +229,6 @@ void SlabHeap::giveBack(Large& large) noexcept {
   if (large.size >= LargeBlocks::SMALLEST) return LargeBlocks::get().giveBack(&large, large.size);
   ::operator delete(&large);
 }
-
-void SlabHeap::openSlab(Run& run) { run.region->openSlab(run); }
 
 void* SlabHeap::takeSlowly(std::size_t sizeIndex) {
   return ThreadEnd::withHoldings([sizeIndex](Holdings& holdings) {

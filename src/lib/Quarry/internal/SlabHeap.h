@@ -129,16 +129,17 @@ class SlabHeap {
     std::uint32_t batchCount = 0;
   };
 
-  /// From where a region's pieces are taken.
+  /// From where the pieces of the region are taken that the thread uses.
   struct Run {
-    SlabRegion* region = nullptr;
+    SlabRegion* region = nullptr;  ///< null for none; there is no room then
     char* next = nullptr;
     char* end = nullptr;
     std::uint32_t count = 0;  ///< of the pieces that were taken
+
+    std::size_t getRoom() const { return static_cast<std::size_t>(end - next); }
   };
 
   struct Holdings {
-    Run run;  ///< of the region that the thread uses
     Holding of[SIZES + 1];
   };
 
@@ -152,8 +153,9 @@ class SlabHeap {
 
   static std::size_t indexOf(std::size_t size) { return (size - 1) / GRANULE; }
   static void* take(Holding& holding, std::size_t sizeIndex);
-  static void* takeFrom(Run& run, std::size_t size);
-  static void openSlab(Run& run);
+  static void* takeNext(std::size_t size);
+  static void* takeOfRegion(std::size_t size);
+  static void* takeElsewhere(std::size_t size);
   static void put(Holding& holding, Slab* slab, Slot* slot) noexcept;
   static void freeSlot(void* memory) noexcept;
   static void* allocateLarge(std::size_t size);
@@ -161,7 +163,6 @@ class SlabHeap {
   static void giveBack(Large& large) noexcept;
   static Slab* makeSlab(void* memory, std::size_t sizeIndex);
   static void handOver(Slab& slab, std::uint32_t pieces) noexcept;
-  static Holdings* makeHoldings() noexcept;
   static void* takeSlowly(std::size_t sizeIndex);
   static void putSlowly(Slab* slab, Slot* slot) noexcept;
   static void beginBatch(Holding& holding, Slab* slab, Slot* slot) noexcept;
@@ -172,6 +173,9 @@ class SlabHeap {
   /// The calling thread's; null before its first use and when the thread ends. A pointer, because a
   /// library that is loaded late finds little room for variables that are reached directly.
   static constinit thread_local Holdings* mine __attribute__((tls_model("initial-exec")));
+
+  /// The calling thread's, which is small enough.
+  static constinit thread_local Run run __attribute__((tls_model("initial-exec")));
 };
 
 inline void SlabHeap::prefetch(const void* piece, std::ptrdiff_t distance) noexcept {
@@ -207,9 +211,8 @@ inline void* SlabHeap::take(Holding& holding, std::size_t sizeIndex) {
   return slot;
 }
 
-/// Returns the next bytes of a region.
-inline void* SlabHeap::takeFrom(Run& run, std::size_t size) {
-  if (size > static_cast<std::size_t>(run.end - run.next)) openSlab(run);
+/// Returns the next bytes of the region, which has room for them.
+inline void* SlabHeap::takeNext(std::size_t size) {
   void* piece = run.next;
   run.next += size;
   ++run.count;
@@ -219,21 +222,18 @@ inline void* SlabHeap::takeFrom(Run& run, std::size_t size) {
 
 inline void* SlabHeap::allocate(std::size_t size) {
   if (size > LARGEST) return allocateLarge(size);
-  const std::size_t sizeIndex = indexOf(size);
-  if (mine == nullptr) return takeSlowly(sizeIndex);
-  if (mine->run.region != nullptr) return takeFrom(mine->run, roundUp(size));
-  void* slot = take(mine->of[sizeIndex], sizeIndex);
-  return slot != nullptr ? slot : takeSlowly(sizeIndex);
+  const std::size_t whole = roundUp(size);
+  return whole <= run.getRoom() ? takeNext(whole) : takeElsewhere(size);
 }
 
 /// Where no region is used, nothing ends at the next bytes: there are none.
 inline bool SlabHeap::extend(void* piece, std::size_t size, std::size_t wanted) noexcept {
   assert(size <= wanted && wanted <= LARGEST);
-  if (mine == nullptr || mine->run.next != static_cast<char*>(piece) + roundUp(size)) return false;
+  if (run.next != static_cast<char*>(piece) + roundUp(size)) return false;
   const std::size_t more = roundUp(wanted) - roundUp(size);
-  if (more > static_cast<std::size_t>(mine->run.end - mine->run.next)) return false;
-  mine->run.next += more;
-  prefetch(mine->run.next, SOON);
+  if (more > run.getRoom()) return false;
+  run.next += more;
+  prefetch(run.next, SOON);
   return true;
 }
 

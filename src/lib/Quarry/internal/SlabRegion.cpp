@@ -17,8 +17,7 @@ void SlabRegion::holdsMore(void* part, void (*release)(void*)) {
 
 // --- Without slabs -------------------------------------------------------------------------------
 
-SlabRegion::Use::Use(SlabRegion* usedRegion) noexcept
-    : region(usedRegion), holdings(nullptr), exceptions(0) {}
+SlabRegion::Use::Use(SlabRegion* usedRegion) noexcept : region(usedRegion), exceptions(0) {}
 SlabRegion::Use::~Use() = default;
 std::unique_ptr<SlabRegion> SlabRegion::make() noexcept { return nullptr; }
 SlabRegion::~SlabRegion() = default;
@@ -84,9 +83,7 @@ void SlabRegion::breakUpExtent(char* extent) noexcept {
     SlabSource::get().giveBack(place);
 }
 
-SlabRegion* SlabRegion::getUsed() {
-  return SlabHeap::mine != nullptr ? SlabHeap::mine->run.region : nullptr;
-}
+SlabRegion* SlabRegion::getUsed() { return SlabHeap::run.region; }
 
 SlabRegion* SlabRegion::of(const void* piece) {
   return SlabHeap::Slab::of(const_cast<void*>(piece))->region;
@@ -100,27 +97,20 @@ bool SlabRegion::has(const void* piece, std::size_t size) const {
 
 // --- Getting pieces ------------------------------------------------------------------------------
 
-/// A thread that holds nothing gets its pieces elsewhere.
 SlabRegion::Use::Use(SlabRegion* usedRegion) noexcept
     : region(usedRegion),
-      holdings(SlabHeap::makeHoldings()),
-      exceptions(std::uncaught_exceptions()) {
+      exceptions(std::uncaught_exceptions()),
+      outer(std::exchange(SlabHeap::run, {region, nullptr, nullptr, 0})) {
   if (region != nullptr) region->used = true;
-  if (holdings != nullptr) {
-    outer = std::exchange(holdings->run, {region, nullptr, nullptr, 0});
-  } else if (region != nullptr) {
-    region->breakUp();
-  }
 }
 
 SlabRegion::Use::~Use() {
-  if (region != nullptr) region->used = false;
-  if (holdings == nullptr) return;
   if (region != nullptr) {
+    region->used = false;
     if (std::uncaught_exceptions() > exceptions) region->breakUp();
-    region->closeSlab(holdings->run);
+    region->closeSlab();
   }
-  holdings->run = outer;
+  SlabHeap::run = outer;
 }
 
 /// What a tree needs beyond as many slabs as are kept would be fresh pages.
@@ -140,8 +130,9 @@ void* SlabRegion::takeOfExtent() {
   return std::exchange(spare, spare + SlabSource::SLAB_SIZE);
 }
 
-void SlabRegion::openSlab(SlabHeap::Run& run) {
-  closeSlab(run);
+void SlabRegion::openSlab() {
+  closeSlab();
+  SlabHeap::Run& run = SlabHeap::run;
   run = {this, nullptr, nullptr, 0};
   open = SlabHeap::makeSlab(takeSlab(), SlabHeap::MIXED);
   open->capacity = UINT32_MAX;
@@ -154,13 +145,13 @@ void SlabRegion::openSlab(SlabHeap::Run& run) {
 }
 
 /// Now that no piece is added any more, the slab can become empty.
-void SlabRegion::closeSlab(const SlabHeap::Run& run) noexcept {
+void SlabRegion::closeSlab() noexcept {
   SlabHeap::Slab* slab = std::exchange(open, nullptr);
   if (slab == nullptr) return;
   if (isBroken) {
-    SlabHeap::handOver(*slab, run.count);
+    SlabHeap::handOver(*slab, SlabHeap::run.count);
   } else {
-    slab->capacity = run.count;
+    slab->capacity = SlabHeap::run.count;
   }
 }
 

@@ -42,9 +42,8 @@ class SlabRegion {
    private:
     // The address sanitizer's build has no regions, and uses none of these.
     [[maybe_unused]] SlabRegion* const region;
-    [[maybe_unused]] SlabHeap::Holdings* const holdings;  ///< the thread's; null: holds nothing
-    [[maybe_unused]] const int exceptions;                ///< on their way when it was made
-    SlabHeap::Run outer;                                  ///< what the thread had before
+    [[maybe_unused]] const int exceptions;  ///< on their way when it was made
+    SlabHeap::Run outer;                    ///< what the thread had before
   };
 
   /// Returns a new region, or null: when memory runs out, and with the address sanitizer, which has
@@ -88,8 +87,8 @@ class SlabRegion {
   SlabRegion() = default;
   void* takeSlab();
   void* takeOfExtent();
-  void openSlab(SlabHeap::Run& run);
-  void closeSlab(const SlabHeap::Run& run) noexcept;
+  void openSlab();
+  void closeSlab() noexcept;
   void breakUpExtents() noexcept;
   void breakUpExtent(char* extent) noexcept;
   void add(SlabHeap::Large& large);
