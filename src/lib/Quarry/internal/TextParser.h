@@ -8,7 +8,6 @@
 #include "Diagnostic.h"
 #include "WordClassifier.h"
 
-#include <cstdint>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -74,32 +73,17 @@ class TextParser {
   /// What the current item has become so far.
   enum class Item : unsigned char { NONE, PLAIN, KEYWORD, CALL };
 
-  /// The state of one group that is being read, a byte for each part, so that all fit a register.
+  /// What the last word was that was accepted.
+  enum class Last : unsigned char { NONE, NAME, ASSIGNMENT, SEPARATOR, VALUE, EMPTY_TAG };
+
+  /// The state of one group that is being read. In one byte: groups can be nested a million deep.
   struct Level {
-    Item item = Item::NONE;
-    bool isIncomplete = false;  ///< the item took neither a value nor an empty tag
-    bool hasValue = false;      ///< the item took a value
-    ParserWord::Type previous : 8 = ParserWord::WORD_NONE;  ///< the last word that was accepted
+    Item item : 2 = Item::NONE;
+    bool isIncomplete : 1 = false;  ///< the item took neither a value nor an empty tag
+    bool hasValue : 1 = false;      ///< the item took a value
+    Last last : 4 = Last::NONE;
   };
-
-  /// A level that waits for an inner one, in one byte: groups can be nested a million deep.
-  struct WaitingLevel {
-    explicit WaitingLevel(const Level& level)
-        : item(level.item),
-          isIncomplete(level.isIncomplete),
-          hasValue(level.hasValue),
-          previous(static_cast<unsigned>(level.previous) & 0xFU) {}
-
-    Level get() const {
-      return {item, isIncomplete, hasValue, static_cast<ParserWord::Type>(previous)};
-    }
-
-    Item item : 2;
-    bool isIncomplete : 1;
-    bool hasValue : 1;
-    std::uint8_t previous : 4;
-  };
-  static_assert(sizeof(WaitingLevel) == 1 && ParserWord::WORD_UNKNOWN < 16);
+  static_assert(sizeof(Level) == 1);
 
   // What most words need is inlined in the loop of parse(); what few need, or none, is kept out.
 
@@ -147,28 +131,25 @@ class TextParser {
     if (words.isExhausted()) return warn(Diagnostic::HAS_NO_VALUE, word);
     if (level.isIncomplete) return warn(Diagnostic::HAS_NO_VALUE, word);
     sink.beginItem(word);
-    level.item = item;
-    level.isIncomplete = true;
-    level.hasValue = false;
-    level.previous = ParserWord::WORD_IDENTIFIER;
+    level = Level{item, true, false, Last::NAME};
   }
 
   [[gnu::noinline]] void takeKeyword(const Word& word) { takeName(word, Item::KEYWORD); }
 
   /// "=" , directly behind a name
   void takeAssignment(const Word& word) {
-    if (level.previous != ParserWord::WORD_IDENTIFIER) {
+    if (level.last != Last::NAME) {
       return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
     }
-    level.previous = ParserWord::WORD_OPERATOR;
+    level.last = Last::ASSIGNMENT;
   }
 
   /// "," , directly behind a value
   void takeSeparator(const Word& word) {
-    if (!ParserWord::isValuetype(level.previous)) {
+    if (level.last != Last::VALUE && level.last != Last::EMPTY_TAG) {
       return warnAndDropItem(Diagnostic::WRONGLY_PLACED, word);
     }
-    level.previous = ParserWord::WORD_SEPARATOR;
+    level.last = Last::SEPARATOR;
   }
 
   /// value = bool | int | double | string | binary data | "<empty>" ;
@@ -176,12 +157,13 @@ class TextParser {
     if (!hasItem()) return warn(Diagnostic::VALUE_WITHOUT_ITEM, word);
     if (type == ParserValue::TYPE_EMPTY) {
       sink.emptyTag(word);
+      level.last = Last::EMPTY_TAG;
     } else {
       sink.value(word, type);
       level.hasValue = true;
+      level.last = Last::VALUE;
     }
     level.isIncomplete = false;
-    level.previous = word.getType();
   }
 
   /// An integer or a double.
@@ -266,17 +248,16 @@ class TextParser {
       leaveLevel();
       sink.endGroup(static_cast<const Word*>(nullptr));
     }
-    const ParserWord::Type last = level.previous;
-    return last != ParserWord::WORD_EMPTYTAG && last != ParserWord::WORD_NONE;
+    return level.last != Last::EMPTY_TAG && level.last != Last::NONE;
   }
 
   void enterLevel() {
-    outerLevels.emplace_back(level);
+    outerLevels.push_back(level);
     level = Level();
   }
 
   void leaveLevel() {
-    level = outerLevels.back().get();
+    level = outerLevels.back();
     outerLevels.pop_back();
   }
 
@@ -290,7 +271,7 @@ class TextParser {
 
   [[gnu::noinline]] void warn(Diagnostic diagnostic, const Word& word) {
     sink.warning(diagnostic, word);
-    level.previous = ParserWord::WORD_NONE;
+    level.last = Last::NONE;
   }
 
   [[gnu::noinline]] void warnAndDropItem(Diagnostic diagnostic, const Word& word) {
@@ -302,7 +283,7 @@ class TextParser {
   Sink& sink;
   const unsigned long deepest;
   Level level;  ///< of the innermost group
-  std::vector<WaitingLevel> outerLevels;
+  std::vector<Level> outerLevels;
 };
 
 }  // namespace Quarry
