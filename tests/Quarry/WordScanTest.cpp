@@ -12,11 +12,12 @@
 
 using Quarry::areNameBytes;
 using Quarry::countBeforeZero;
+using Quarry::countNameBytesQuickly;
 using Quarry::countSpacesQuickly;
 using Quarry::findNameEnd;
-using Quarry::findNameEndQuickly;
 using Quarry::findNumberEnd;
 using Quarry::findNumberListEnd;
+using Quarry::findShortNumberEnd;
 using Quarry::findStringStop;
 using Quarry::findWordStop;
 using Quarry::hasFractionMark;
@@ -41,6 +42,8 @@ bool isNumberListByte(char byte) { return static_cast<unsigned char>(byte) <= '<
 bool isStopInString(char byte) { return byte == 0 || std::strchr("\"\\\r\n", byte) != nullptr; }
 
 bool isFractionMark(char byte) { return byte == 'e' || byte == '.'; }
+
+bool isNoShortNumberByte(char byte) { return (byte < '0' || byte > '9') && !isFractionMark(byte); }
 
 /// Returns the first byte for which `test` holds.
 template <class Test>
@@ -90,7 +93,12 @@ void checkQuickWays(const char* begin, const char* end) {
   EXPECT_EQ(begin + countSpacesQuickly(begin), findFirst(begin, begin + 32, isOther)) << shown;
   const auto isZero = [](char byte) { return byte == 0; };
   EXPECT_EQ(begin + countBeforeZero(begin), findFirst(begin, begin + 16, isZero)) << shown;
-  EXPECT_EQ(findNameEndQuickly(begin, end), findNameEnd(begin, end)) << shown;
+  EXPECT_EQ(begin + countNameBytesQuickly(begin), findNameEnd(begin, begin + 16)) << shown;
+  const Quarry::NumberEnd shortNumber = findShortNumberEnd(begin);
+  EXPECT_EQ(shortNumber.at, findFirst(begin, begin + 16, isNoShortNumberByte)) << shown;
+  EXPECT_EQ(shortNumber.hasFractionMark,
+            findFirst(begin, shortNumber.at, isFractionMark) != shortNumber.at)
+      << shown;
   const auto isNoNumber = [](char byte) { return !isNumberByte(byte); };
   const char* stop = findFirst(begin, begin + 32, isNoNumber);
   const Quarry::NumberEnd number = findNumberEnd(begin);

@@ -76,16 +76,24 @@ class WordCutter {
 
   /// Most words stand behind one blank, and the first of a line behind many.
   [[gnu::always_inline]] const char* skipBlanks(const char* at) {
+    if (*at == ' ') at = skipSpacesBehind(at);
     while (isByteOf(*at, BYTE_BLANK | BYTE_LINE_BREAK)) {
-      const bool isLineBreak = isByteOf(*at++, BYTE_LINE_BREAK);
-      if (isLineBreak) {
-        ++word.line;
-        word.lineBegin = at;
-      }
-      if (*at != ' ') continue;
-      at = isLineBreak && at < quickEnd ? skipIndentation(at) : skipSpaces(at, end);
+      at = isByteOf(*at, BYTE_LINE_BREAK) ? beginLine(at + 1) : skipSpacesBehind(at);
     }
     return at;
+  }
+
+  /// Skips what a line begins with.
+  [[gnu::always_inline]] const char* beginLine(const char* at) {
+    ++word.line;
+    word.lineBegin = at;
+    if (*at != ' ') return at;
+    return at < quickEnd ? skipIndentation(at) : skipSpaces(at, end);
+  }
+
+  /// Skips the byte at `at` and the blanks behind it.
+  [[gnu::always_inline]] const char* skipSpacesBehind(const char* at) const {
+    return at[1] == ' ' ? skipSpaces(at + 1, end) : at + 1;
   }
 
   /// Most lines are indented as the one before. Where that turns out to be so, the processor has
@@ -103,10 +111,10 @@ class WordCutter {
   /// Cuts the word at `at`.
   [[gnu::always_inline]] const TextWord* cut(const char* at, char first) {
     if (isByteOf(first, BYTE_LETTER)) return cutName(at);
-    if (isByteOf(first, BYTE_DIGIT)) return cutNumber(at);
+    if (isByteOf(first, BYTE_DIGIT)) return cutNumber(at, at);
     if (isByteOf(first, BYTE_DELIMITER)) return cutDelimiter(at);
     if (first == '"') return cutString(at);
-    if (first == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at);
+    if (first == '-' && isByteOf(at[1], BYTE_DIGIT)) return cutNumber(at, at + 1);
     if (first == '<') return cutEmptyTag(at);
     return first == '_' ? cutName(at) : cutOther(at);
   }
@@ -122,17 +130,32 @@ class WordCutter {
   }
 
   [[gnu::always_inline]] const TextWord* cutName(const char* at) {
-    const char* stop = findNameEndQuickly(at, end);
+    const char* stop = at + countNameBytesQuickly(at);
+    if (!isStop(stop)) [[unlikely]] {
+      stop = findLongNameEnd(stop, end);
+    }
     if (!isStop(stop)) return cutOther(at);
     return finish(stop, WordClassifier::ofName(at, stop));
   }
 
   /// What has other bytes than most numbers, as hexadecimal words do, is left to the general rules.
-  [[gnu::always_inline]] const TextWord* cutNumber(const char* at) {
-    const NumberEnd stop = findNumberEnd(at);
+  /// @param digits where the number begins behind its sign
+  [[gnu::always_inline]] const TextWord* cutNumber(const char* at, const char* digits) {
+    NumberEnd stop = findShortNumberEnd(digits);
+    if (!isStop(stop.at)) [[unlikely]] {
+      stop = findLongNumberEnd(at);
+    }
     if (!isStop(stop.at)) return cutOther(at);
     return finish(stop.at, WordClassifier::ofDecimal(stop.hasFractionMark));
   }
+
+  // Not inlined: few names and numbers are so long.
+
+  [[gnu::noinline]] static const char* findLongNameEnd(const char* at, const char* end) {
+    return findNameEnd(at, end);
+  }
+
+  [[gnu::noinline]] static NumberEnd findLongNumberEnd(const char* at) { return findNumberEnd(at); }
 
   /// A quote behind several backslashes, which only this cutter takes for part of the string, is
   /// left to the general rules.

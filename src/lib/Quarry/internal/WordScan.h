@@ -10,6 +10,8 @@
 #include "ByteSearch.h"
 
 #include <bit>
+#include <cassert>
+#include <cstdint>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -53,6 +55,9 @@ class Block {
                              _mm_cmpeq_epi8(bytes, splat('e'))));
   }
 
+  /// The digits.
+  unsigned digits() const { return bits(isWithin(bytes, '0', '9')); }
+
   /// The bytes that show a number to have a fraction or an exponent.
   unsigned fractionMarks() const {
     return bits(_mm_or_si128(_mm_cmpeq_epi8(bytes, splat('.')), _mm_cmpeq_epi8(bytes, splat('e'))));
@@ -94,8 +99,13 @@ class Block {
 
 constexpr unsigned WHOLE_BLOCK = 0xFFFF;
 
-/// Returns the place of the lowest bit.
-inline unsigned firstOf(unsigned bits) { return static_cast<unsigned>(std::countr_zero(bits)); }
+/// Returns the place of the lowest bit of a number that is not 0.
+template <class Bits>
+unsigned firstOf(Bits bits) {
+  assert(bits != 0);
+  if (bits == 0) __builtin_unreachable();  // or the compiler would ask for it
+  return static_cast<unsigned>(std::countr_zero(bits));
+}
 
 #endif
 
@@ -119,7 +129,7 @@ constexpr unsigned MOST_SPACES = 32;
 inline unsigned countSpacesQuickly(const char* at) {
 #ifdef __SSE2__
   const unsigned spaces = Block(at).equal(' ') | Block(at + Block::SIZE).equal(' ') << Block::SIZE;
-  return static_cast<unsigned>(std::countr_one(spaces));
+  return firstOf(~std::uint64_t{spaces});
 #else
   unsigned count = 0;
   while (count < MOST_SPACES && at[count] == ' ')
@@ -202,40 +212,50 @@ inline const char* findNameEnd(const char* at, const char* end) {
   return at;
 }
 
-/// As findNameEnd(), where at least 16 bytes are left.
-inline const char* findNameEndQuickly(const char* at, const char* end) {
+/// So many bytes most names have at most.
+constexpr unsigned SHORT_NAME = 16;
+
+/// Returns how many bytes of names stand at `at`, where at least SHORT_NAME bytes are left, up to
+/// that.
+inline unsigned countNameBytesQuickly(const char* at) {
 #ifdef __SSE2__
-  const unsigned others = Block(at).nameBytes() ^ WHOLE_BLOCK;
-  if (others != 0) return at + firstOf(others);
-  at += Block::SIZE;
+  return firstOf(~Block(at).nameBytes());
+#else
+  unsigned count = 0;
+  while (count < SHORT_NAME && isByteOf(at[count], NAME_BYTES))
+    ++count;
+  return count;
 #endif
-  return findNameEnd(at, end);
 }
 
-/// What findNumberEnd() finds.
+/// Where a number ends.
 struct NumberEnd {
-  const char* at;        ///< the first byte that is no `e`, digit or one of "-.:;<"
+  const char* at;        ///< the first byte that is none of a number
   bool hasFractionMark;  ///< whether there is an `e` or a point before it
 };
+
+#ifdef __SSE2__
+/// Tells whether there is a mark below the first stop; no mark is a stop.
+inline bool hasMarkBefore(unsigned stops, unsigned marks) { return (marks & (stops - 1)) != 0; }
+#endif
 
 /// No number that is longer is looked at.
 constexpr int LONGEST_NUMBER = 32;
 
-/// Looks for the end of a number, where at least LONGEST_NUMBER bytes are left. What is not found
-/// among these is said to be at `begin`.
+/// Looks for the first byte that is no `e`, digit or one of "-.:;<", where at least LONGEST_NUMBER
+/// bytes are left. What is not found among these is said to be at `begin`.
 inline NumberEnd findNumberEnd(const char* begin) {
 #ifdef __SSE2__
   const Block first(begin);
   const unsigned marks = first.fractionMarks();
   const unsigned stops = first.numberBytes() ^ WHOLE_BLOCK;
-  if (stops != 0) return {begin + firstOf(stops), (marks & (stops ^ (stops - 1))) != 0};
+  if (stops != 0) return {begin + firstOf(stops), hasMarkBefore(stops, marks)};
   const char* half = begin + Block::SIZE;
   const Block second(half);
   const unsigned laterMarks = second.fractionMarks();
   const unsigned laterStops = second.numberBytes() ^ WHOLE_BLOCK;
   if (laterStops == 0) return {begin, false};
-  return {half + firstOf(laterStops),
-          (marks | (laterMarks & (laterStops ^ (laterStops - 1)))) != 0};
+  return {half + firstOf(laterStops), marks != 0 || hasMarkBefore(laterStops, laterMarks)};
 #else
   bool hasFractionMark = false;
   for (const char* at = begin; at != begin + LONGEST_NUMBER; ++at) {
@@ -244,6 +264,28 @@ inline NumberEnd findNumberEnd(const char* begin) {
     hasFractionMark = hasFractionMark || *at == '.' || *at == 'e';
   }
   return {begin, false};
+#endif
+}
+
+/// Most numbers are no longer.
+constexpr int SHORT_NUMBER = 16;
+
+/// Looks for the first byte that is no digit, `e` or point, among the first SHORT_NUMBER ones, of
+/// which at least so many are left; without such, the end is behind these.
+inline NumberEnd findShortNumberEnd(const char* begin) {
+#ifdef __SSE2__
+  const Block block(begin);
+  const unsigned marks = block.fractionMarks();
+  const unsigned stops = ~(block.digits() | marks);
+  return {begin + firstOf(stops), hasMarkBefore(stops, marks)};
+#else
+  NumberEnd end{begin, false};
+  for (; end.at != begin + SHORT_NUMBER; ++end.at) {
+    const bool isMark = *end.at == '.' || *end.at == 'e';
+    if (!isMark && !isByteOf(*end.at, BYTE_DIGIT)) break;
+    end.hasFractionMark = end.hasFractionMark || isMark;
+  }
+  return end;
 #endif
 }
 
