@@ -223,6 +223,7 @@ class QUARRY_EXPORT ParserGroup {
   QUARRY_HIDDEN static void destroy(ParserGroup* group) noexcept;
   QUARRY_HIDDEN void makePlace();
   QUARRY_HIDDEN void append(ParserItem* item);
+  QUARRY_HIDDEN void appendToPlace(ParserItem* item);
   QUARRY_HIDDEN void adopt(ParserItem* item);
   QUARRY_HIDDEN ParserItem* append(std::unique_ptr<ParserItem> item);
   QUARRY_HIDDEN ParserGroup* addGroupItem(const std::string& newName, ParserGroup* group,

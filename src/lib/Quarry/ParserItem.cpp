@@ -38,12 +38,6 @@ ParserItem::ParserItem(const ParserItem& other)
   }
 }
 
-/// Sets a place that is too far on for the numbers that are kept of it.
-void ParserItem::saturate(Place place) {
-  line = static_cast<std::uint32_t>(std::min<unsigned long>(place.line, UINT32_MAX));
-  column = static_cast<std::uint32_t>(std::min<unsigned long>(place.column, UINT32_MAX));
-}
-
 void ParserItem::freeValues() noexcept {
   destroyValues();
   freePlaces();

@@ -395,7 +395,6 @@ class QUARRY_EXPORT ParserItem {
     return values[index];
   }
   ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
-  QUARRY_HIDDEN void saturate(Place place);
   QUARRY_HIDDEN void* nextPlace() const;
   QUARRY_HIDDEN void addMade() const;
   QUARRY_HIDDEN void reserve(unsigned long places) const;

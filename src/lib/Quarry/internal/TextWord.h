@@ -63,17 +63,23 @@ class TextWord {
         lineBegin(last),
         face(text, false, version) {}
 
-  /// A delimiter ends of itself. At the end of the text stands a zero byte.
+  /// A delimiter ends of itself. Most words are names, for which that is not asked. At the end of
+  /// the text stands a zero byte.
   bool isEndedByBlank() const {
-    return !isByteOf(*first, BYTE_DELIMITER) && isByteOf(*last, BYTE_BLANK | BYTE_LINE_BREAK);
+    const bool isDelimiter =
+        type != ParserWord::WORD_IDENTIFIER && isByteOf(*first, BYTE_DELIMITER);
+    return !isDelimiter && isByteOf(*last, BYTE_BLANK | BYTE_LINE_BREAK);
   }
+
+  // The ends of the word do not lie side by side: the compiler would read both at once, soon after
+  // each was written, and the processor would wait for them.
 
   const char* const textBegin;
   const char* first = nullptr;  ///< null before the first word
-  const char* last;
   ParserWord::Type type = ParserWord::WORD_UNKNOWN;
   bool hasBackslash = false;
   bool seenZeroByte = false;
+  const char* last;
   unsigned long line = 1;
   const char* lineBegin;
   mutable ParserWord face;

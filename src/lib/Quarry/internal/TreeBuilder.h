@@ -39,16 +39,18 @@ class TreeBuilder {
         areWordsPlain(!hasZeroBytes) {}
 
   /// The parser has classified the name, so that it need not be checked again. Where this is
-  /// inlined, its type is known before anything else is called.
+  /// inlined, its type is known before anything else is called, and so the column is asked for
+  /// first.
   template <class Word>
   [[gnu::always_inline]] void beginItem(const Word& word) {
     const ParserItem::Type type = word.getType() == ParserWord::WORD_KEYWORD
                                       ? ParserItem::ITEM_KEYWORD
                                       : ParserItem::ITEM_PLAIN;
+    const ParserItem::Place place = {word.getLine(), word.getColumn()};
     completeItem();
     group->makePlace();  // first, so that the item can be made larger
-    ParserItem* made = ParserItem::make({word.begin(), word.getLength()}, word.textEnd, type,
-                                        {word.getLine(), word.getColumn()}, 1);
+    ParserItem* made =
+        ParserItem::make({word.begin(), word.getLength()}, word.textEnd, type, place, 1);
     group->adopt(made);
     item = made;
     if (hasDetails(word)) applyDetails(*item, word);

@@ -143,13 +143,10 @@ inline ParserItem::ParserItem(std::string_view itemName, const char* readable, T
       values(ownPlaces()),
       count(0),
       capacity(1),
-      line(static_cast<std::uint32_t>(place.line)),
-      column(static_cast<std::uint32_t>(place.column)),
+      line(static_cast<std::uint32_t>(std::min<unsigned long>(place.line, UINT32_MAX))),
+      column(static_cast<std::uint32_t>(std::min<unsigned long>(place.column, UINT32_MAX))),
       type(itemType),
-      folding(false) {
-  const unsigned long greater = place.line | place.column;
-  if (greater != static_cast<std::uint32_t>(greater)) saturate(place);
-}
+      folding(false) {}
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
   return SlabHeap::allocate(size + (places.count - 1) * sizeof(ParserValue));
@@ -248,10 +245,10 @@ inline void ParserGroup::destroy(ParserGroup* group) noexcept {
   SlabHeap::free(group, sizeof(ParserGroup));
 }
 
-/// Appends a new item, which is deleted when memory runs out.
+/// Appends a new item, for which there is a place. It is deleted when memory runs out.
 inline void ParserGroup::adopt(ParserItem* item) {
   try {
-    append(item);
+    appendToPlace(item);
   } catch (...) {
     delete item;
     throw;
@@ -265,12 +262,20 @@ inline void ParserGroup::makePlace() {
 
 /// When memory runs out the group is as before and the item is still the caller's.
 inline void ParserGroup::append(ParserItem* item) {
-  const std::size_t position = items.size();
   makePlace();
+  appendToPlace(item);
+}
+
+/// The same where there is a place.
+inline void ParserGroup::appendToPlace(ParserItem* item) {
+  const std::size_t position = items.size();
   const bool isNextPlain =
       item->type == ParserItem::ITEM_PLAIN && position == plainCount && getPositions() == nullptr;
-  if (!isNextPlain) enter(*item, position);
-  plainCount += isNextPlain ? 1 : 0;
+  if (isNextPlain) [[likely]] {
+    ++plainCount;
+  } else {
+    enter(*item, position);
+  }
   items.add(item);
 }
 
