@@ -264,6 +264,13 @@ TEST(TreeBuilderTest, ABracedItemWithinAnotherLeavesEachItemItsValues) {
   build(words, "a int:1 int:5; g {x int:2 int:4; h {y int:3}}");
 }
 
+TEST(TreeBuilderTest, AGroupWithinABracedItemLeavesTheItemBeforeThatItsValues) {
+  WordList words;
+  words.add("a").add("1").addBrace("g").add("h").add("{").add("x").add("2").add("}");
+  words.add("y").add("3").add("}").add("4");
+  build(words, "a int:1 int:4; g {h {x int:2}; y int:3}");
+}
+
 TEST(TreeBuilderTest, ABracedItemBehindANameLeavesTheNameItsValues) {
   WordList words;
   words.add("a").addBrace("g").add("}").add("1");

@@ -13,7 +13,16 @@ void TreeBuilder::beginBracedItem(const ParserWord& word) {
   completeItem();
   ParserItem* braced = group->addItem(word.getString(), 0, 0);
   applyDetails(*braced, word);
-  enterGroup(braced->addGroup(nullptr));
+  ParserGroup* inner = braced->addGroup(nullptr);
+  interrupted.push_back({inner, item});
+  enterGroup(inner);
+}
+
+/// Where the group that ends is a braced word's, the item that was current before is so again.
+void TreeBuilder::resume() {
+  if (interrupted.back().braced != group) return;
+  item = interrupted.back().item;
+  interrupted.pop_back();
 }
 
 /// Whoever is told may make trees of its own, which are no part of this one.

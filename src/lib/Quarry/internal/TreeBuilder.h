@@ -80,8 +80,8 @@ class TreeBuilder {
   template <class Word>
   void endGroup(const Word*) {
     completeItem();
-    group = outers.back().group;
-    item = outers.back().item;
+    if (!interrupted.empty()) resume();
+    group = outers.back();
     outers.pop_back();
   }
 
@@ -124,13 +124,8 @@ class TreeBuilder {
     ParserValue::Type type;
   };
 
-  /// A group that waits for a nested one to end, and its current item.
-  struct Outer {
-    ParserGroup* group;
-    ParserItem* item;
-  };
-
-  using Outers = std::vector<Outer, SlabAllocator<Outer>>;
+  /// The groups that wait for a nested one to end.
+  using Outers = std::vector<ParserGroup*, SlabAllocator<ParserGroup*>>;
 
   /// Returns a list with room for what most documents need.
   static Outers makeOuters() {
@@ -138,6 +133,12 @@ class TreeBuilder {
     outers.reserve(USUAL_DEPTH);
     return outers;
   }
+
+  /// The group of a braced word, and the item that was current before it.
+  struct Interrupted {
+    const ParserGroup* braced;
+    ParserItem* item;
+  };
 
   template <class Word>
   static bool hasDetails(const Word& word) {
@@ -169,9 +170,8 @@ class TreeBuilder {
   }
 
   void enterGroup(ParserGroup* inner) {
-    outers.push_back({group, item});
+    outers.push_back(group);
     group = inner;
-    item = nullptr;
   }
 
   void note(std::string_view text, ParserValue::Type type, const char* textEnd) {
@@ -180,6 +180,7 @@ class TreeBuilder {
     if (notes.size() == MANY) beginLongList();
   }
 
+  void resume();
   void addNoted();
   void beginLongList();
   std::size_t guessFollowing();
@@ -189,8 +190,9 @@ class TreeBuilder {
 
   Outers outers;  ///< before the region, whose memory it is not to take
   const SlabRegion::Use region;
-  ParserGroup* group;                  ///< the innermost group
-  ParserItem* item = nullptr;          ///< its current item
+  ParserGroup* group;          ///< the innermost group
+  ParserItem* item = nullptr;  ///< its current item, where the parser has one
+  std::vector<Interrupted> interrupted;
   ParserItem::Place leftOut = {0, 0};  ///< the first group that was; lines count from 1
   const bool areWordsPlain;
   std::vector<Note, SlabAllocator<Note>> notes;  ///< where memory of the last document is kept
