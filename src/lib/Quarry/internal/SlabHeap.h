@@ -284,12 +284,14 @@ struct SlabAllocator {
   using value_type = T;
 
   T* allocate(std::size_t count) {
-    if (count > static_cast<std::size_t>(-1) / sizeof(T)) throw std::bad_alloc();
-    return static_cast<T*>(SlabHeap::allocate(count * sizeof(T)));
+    if (count > static_cast<std::size_t>(-1) / SIZE) throw std::bad_alloc();
+    return static_cast<T*>(SlabHeap::allocate(count * SIZE));
   }
-  void deallocate(T* list, std::size_t count) noexcept { SlabHeap::free(list, count * sizeof(T)); }
+  void deallocate(T* list, std::size_t count) noexcept { SlabHeap::free(list, count * SIZE); }
 
   bool operator==(const SlabAllocator&) const noexcept { return true; }
+
+  static constexpr std::size_t SIZE = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of pointers
 };
 
 }  // namespace Quarry
