@@ -13,7 +13,6 @@
 #include "internal/TextWriter.h"
 #include "internal/TreeParts.h"
 
-#include <algorithm>
 #include <cassert>
 #include <cstring>
 #include <memory>

@@ -215,8 +215,8 @@ inline const char* findNameEnd(const char* at, const char* end) {
 /// So many bytes most names have at most.
 constexpr unsigned SHORT_NAME = 16;
 
-/// Returns how many bytes of names stand at `at`, where at least SHORT_NAME bytes are left, up to
-/// that.
+/// Returns how many bytes of names stand at `at`, where at least SHORT_NAME bytes are left; no more
+/// are counted.
 inline unsigned countNameBytesQuickly(const char* at) {
 #ifdef __SSE2__
   return firstOf(~Block(at).nameBytes());
@@ -270,8 +270,8 @@ inline NumberEnd findNumberEnd(const char* begin) {
 /// Most numbers are no longer.
 constexpr int SHORT_NUMBER = 16;
 
-/// Looks for the first byte that is no digit, `e` or point, among the first SHORT_NUMBER ones, of
-/// which at least so many are left; without such, the end is behind these.
+/// Looks for the first byte that is no digit, `e` or point, where at least SHORT_NUMBER bytes are
+/// left. Where none of these is such, the end is behind them.
 inline NumberEnd findShortNumberEnd(const char* begin) {
 #ifdef __SSE2__
   const Block block(begin);
