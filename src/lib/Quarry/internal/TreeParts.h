@@ -245,12 +245,12 @@ inline void ParserGroup::destroy(ParserGroup* group) noexcept {
   SlabHeap::free(group, sizeof(ParserGroup));
 }
 
-/// Appends a new item, for which there is a place. It is deleted when memory runs out.
+/// Appends an item of make(), for which there is a place. It is freed when memory runs out.
 inline void ParserGroup::adopt(ParserItem* item) {
   try {
     appendToPlace(item);
   } catch (...) {
-    delete item;
+    ParserItem::destroy(item);
     throw;
   }
 }
