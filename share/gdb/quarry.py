@@ -281,7 +281,8 @@ class ItemPrinter(ListPrinter):
         return count
 
     def elements(self):
-        address = int(self.value['values'])
+        has_list = bool(self.value['hasList'])
+        address = int(self.value['list']) if has_list else address_of(self.value['ownPlace'])
         for _ in range(self.check_count()):
             value = Value(address)
             yield self.describe_or_tell(value.show)

@@ -298,18 +298,20 @@ void ParserItem::setBinaryData(void* bytes, const unsigned long& size, const uns
 void ParserItem::grow(unsigned long places) const {
   const unsigned long room = SlabHeap::roundUp(places * sizeof(ParserValue)) / sizeof(ParserValue);
   if (room > UINT32_MAX) throw std::bad_alloc();  // LCOV_EXCL_BR_LINE: 160 GiB of values
-  auto* list = static_cast<ParserValue*>(SlabHeap::allocate(room * sizeof(ParserValue)));
-  moveValuesTo(list);
+  auto* grown = static_cast<ParserValue*>(SlabHeap::allocate(room * sizeof(ParserValue)));
+  moveValuesTo(grown);
   freePlaces();
-  values = list;
+  list = grown;
+  hasList = true;
   capacity = static_cast<std::uint32_t>(room);
 }
 
 /// Takes the values of another item, which has them in a list apart.
 void ParserItem::takeList(ParserItem& from) noexcept {
-  assert(from.values != from.ownPlaces());
+  assert(from.hasList);
   freeValues();
-  values = std::exchange(from.values, from.ownPlaces());
+  list = from.list;
+  hasList = std::exchange(from.hasList, false);
   count = std::exchange(from.count, 0);
   capacity = std::exchange(from.capacity, 1);
   valuesOwnMemory = std::exchange(from.valuesOwnMemory, false);
@@ -317,7 +319,7 @@ void ParserItem::takeList(ParserItem& from) noexcept {
 
 /// Frees the list, without its values, unless it is a part of the item.
 void ParserItem::freePlaces() const noexcept {
-  if (values != ownPlaces()) SlabHeap::free(values, capacity * sizeof(ParserValue));
+  if (hasList) SlabHeap::free(list, capacity * sizeof(ParserValue));
 }
 
 // --- Add and remove values -----------------------------------------------------------------------
@@ -408,6 +410,7 @@ void ParserItem::removeValue(const std::vector<unsigned long>& indices) {
     if (index < count) doomed[index] = true;
   }
   std::uint32_t kept = 0;
+  ParserValue* const values = begin();
   for (std::uint32_t i = 0; i < count; ++i) {
     if (doomed[i]) {
       values[i].~ParserValue();
@@ -429,7 +432,7 @@ void ParserItem::reset() {
 }
 
 void ParserItem::destroyValues() noexcept {
-  if (valuesOwnMemory) std::destroy_n(values, count);
+  if (valuesOwnMemory) std::destroy_n(begin(), count);
   valuesOwnMemory = false;
   count = 0;
 }

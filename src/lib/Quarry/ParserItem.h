@@ -68,7 +68,7 @@ class QUARRY_EXPORT ParserItem {
   ParserItem& operator=(const ParserItem&) = delete;
 
   ~ParserItem() {
-    if (valuesOwnMemory || values != ownPlaces() || name.ownsMemory()) freeParts();
+    if (valuesOwnMemory || hasList || name.ownsMemory()) freeParts();
   }
 
   /// Gets memory for `new`. Items have memory of their own kind, which is cheaper to get and to
@@ -118,7 +118,7 @@ class QUARRY_EXPORT ParserItem {
   bool isKeyWord() const { return type == ITEM_KEYWORD; }
 
   /// Tells whether the item holds exactly one value and that is a group.
-  bool isGroup() const { return count == 1 && values->isGroup(); }
+  bool isGroup() const { return count == 1 && begin()->isGroup(); }
 
   /// Tells whether the name matches `pattern`; false when the pattern holds none.
   bool isMatching(const Plinth::Expression& pattern) const;
@@ -388,11 +388,11 @@ class QUARRY_EXPORT ParserItem {
                                         Type itemType, const Place& place, unsigned long wanted);
   QUARRY_HIDDEN static void destroy(ParserItem* item) noexcept;
 
-  ParserValue* begin() const { return values; }
-  ParserValue* end() const { return values + count; }
+  ParserValue* begin() const { return hasList ? list : ownPlaces(); }
+  ParserValue* end() const { return begin() + count; }
   ParserValue& valueAt(unsigned long index) const {
     assert(index < count);
-    return values[index];
+    return begin()[index];
   }
   ParserValue* ownPlaces() const { return reinterpret_cast<ParserValue*>(ownPlace); }
   QUARRY_HIDDEN void* nextPlace() const;
@@ -424,20 +424,26 @@ class QUARRY_EXPORT ParserItem {
   QUARRY_HIDDEN static void readQuoted(const ParserWord& word, std::string& text);
 
   mutable Name name;
-  mutable ParserValue* values;       ///< side by side; getGroup() may add the first one
-  mutable std::uint32_t count;       ///< of the values
-  mutable std::uint32_t capacity;    ///< of the places at `values`
+  mutable std::uint32_t count;       ///< of the values; getGroup() may add the first one
+  mutable std::uint32_t capacity;    ///< of the places at begin()
   std::unique_ptr<Details> details;  ///< of an array or a template instance, else null
   std::uint32_t line;                ///< places beyond 2^32 are not told apart
   std::uint32_t column;
   Type type;
   bool folding;
-  mutable bool isIndexed = false;        ///< a group's NameIndex knows the item under its name
   mutable bool valuesOwnMemory = false;  ///< else none of them has to be looked at to free them
-  mutable bool isPart = false;           ///< made by the library: its memory may be a region's
+  mutable bool hasList = false;          ///< the values lie in a list apart
+  mutable bool isIndexed : 1;            ///< a group's NameIndex knows the item under its name
+  mutable bool isPart : 1;               ///< made by the library: its memory may be a region's
 
-  /// The place of the first value. An item that is made for more values has more places behind it.
-  alignas(ParserValue) mutable unsigned char ownPlace[sizeof(ParserValue)];
+  /// Where the values lie, side by side.
+  union {
+    mutable ParserValue* list;
+
+    /// The place of the first value. An item that is made for more values has more places behind
+    /// it.
+    alignas(ParserValue) mutable unsigned char ownPlace[sizeof(ParserValue)];
+  };
 };
 
 }  // namespace Quarry

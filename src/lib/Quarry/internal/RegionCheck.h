@@ -40,9 +40,7 @@ class RegionCheck {
 
   ItemMark beginItem(const ParserItem& item, GroupMark) {
     expect(item.isPart && region.has(&item, sizeof(ParserItem)));
-    if (item.values != item.ownPlaces()) {
-      expect(region.has(item.values, item.capacity * sizeof(ParserValue)));
-    }
+    if (item.hasList) expect(region.has(item.list, item.capacity * sizeof(ParserValue)));
     const ParserItem::Name& name = item.name;
     if (name.isString() || item.details != nullptr) {
       expectKnown(&item);

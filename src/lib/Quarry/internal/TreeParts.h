@@ -140,13 +140,14 @@ inline void ParserItem::Name::copyHalf(const char* from, const unsigned char* ma
 inline ParserItem::ParserItem(std::string_view itemName, const char* readable, Type itemType,
                               const Place& place)
     : name(itemName, readable),
-      values(ownPlaces()),
       count(0),
       capacity(1),
       line(static_cast<std::uint32_t>(std::min<unsigned long>(place.line, UINT32_MAX))),
       column(static_cast<std::uint32_t>(std::min<unsigned long>(place.column, UINT32_MAX))),
       type(itemType),
-      folding(false) {}
+      folding(false),
+      isIndexed(false),
+      isPart(false) {}
 
 inline void* ParserItem::operator new(std::size_t size, ValueCount places) {
   return SlabHeap::allocate(size + (places.count - 1) * sizeof(ParserValue));
@@ -182,7 +183,7 @@ inline bool ParserItem::makePlace() const { return count < capacity || extend();
 inline bool ParserItem::extend() const {
   constexpr std::uint32_t MOST = 8;
   constexpr std::size_t PLACE = sizeof(ParserValue);
-  if (capacity >= MOST || values != ownPlaces()) return false;
+  if (capacity >= MOST || hasList) return false;
   const std::size_t size = sizeof(ParserItem) + (capacity - 1) * PLACE;
   if (!SlabHeap::extend(const_cast<ParserItem*>(this), size, size + PLACE)) return false;
   ++capacity;
@@ -192,11 +193,11 @@ inline bool ParserItem::extend() const {
 /// Returns where the next value is to be made; addMade() takes it in when it has been.
 inline void* ParserItem::nextPlace() const {
   if (!makePlace()) reserve(std::max(2UL * capacity, 4UL));
-  return values + count;
+  return end();
 }
 
 inline void ParserItem::addMade() const {
-  if (values[count].ownsMemory) valuesOwnMemory = true;
+  if (end()->ownsMemory) valuesOwnMemory = true;
   ++count;
 }
 

@@ -78,7 +78,7 @@ class TreeWalker {
     const ParserItem& item = *level.item;
     while (level.nextValue < item.count) {
       const unsigned long index = level.nextValue++;
-      const ParserValue& value = item.values[index];
+      const ParserValue& value = item.valueAt(index);
       if (const ParserGroup* group = value.getGroup()) return enterGroup(*group, index);
       visitor.value(item, index, value);
     }
