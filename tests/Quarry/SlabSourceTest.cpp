@@ -213,6 +213,14 @@ TEST_F(KeptExtentsTest, NoMoreThanHalfHoweverOftenTheProcessComesBack) {
   EXPECT_EQ(countMapped(extents), 5U);
 }
 
+TEST_F(KeptExtentsTest, AQuarterOfThoseThatAreMany) {
+  constexpr std::size_t USED = SlabSource::MANY_EXTENTS + 20;
+  takeAndGiveBack(USED);
+  const std::vector<void*> extents = take(USED);
+  giveBack(extents);
+  EXPECT_EQ(countMapped(extents), SlabSource::MANY_EXTENTS / 2 + 5);
+}
+
 TEST_F(KeptExtentsTest, AsManyAsBeforeWhenFewerAreUsed) {
   takeAndGiveBack(10);
   const std::vector<void*> extents = take(10);
@@ -222,7 +230,7 @@ TEST_F(KeptExtentsTest, AsManyAsBeforeWhenFewerAreUsed) {
 }
 
 TEST_F(KeptExtentsTest, NoMoreThanTheMost) {
-  constexpr std::size_t MANY = 2 * SlabSource::MOST_KEPT_EXTENTS + 20;
+  constexpr std::size_t MANY = 4 * SlabSource::MOST_KEPT_EXTENTS + 20;
   takeAndGiveBack(MANY);
   const std::vector<void*> extents = take(MANY);
   giveBack(extents);

@@ -78,10 +78,13 @@ void* SlabSource::takeExtent() {
   const std::lock_guard<std::mutex> lock(mutex);
   void* extent = keptExtents.empty() ? mapExtent() : takeLast(keptExtents);
   ++usedExtents;
-  if (hasUnmapped) {
-    extentsToKeep = std::clamp(usedExtents / 2, extentsToKeep, MOST_KEPT_EXTENTS);
-  }
+  if (hasUnmapped) extentsToKeep = std::max(extentsToKeep, chooseKept(usedExtents));
   return extent;
+}
+
+std::size_t SlabSource::chooseKept(std::size_t used) {
+  const std::size_t few = std::min(used, MANY_EXTENTS);
+  return std::min(few / 2 + (used - few) / 4, MOST_KEPT_EXTENTS);
 }
 
 /// Asks for twice as much as is used, so that it can be aligned. The upper of two places is taken:

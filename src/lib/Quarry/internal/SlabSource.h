@@ -17,8 +17,9 @@ namespace Quarry {
 /// Who needs more slabs than are kept, and gives them back together, gets them by extents. Each is
 /// a large page where the system has such: that is far quicker to get and to give back than the
 /// small pages of as much memory. Extents go back to the system at once, unless the process comes
-/// back for them: then half of those that it uses at a time are kept, up to MOST_KEPT_EXTENTS.
-/// Half, so that no document takes much more time for each byte than one of half its size.
+/// back for them: then half of those that it uses at a time are kept, of those beyond MANY_EXTENTS
+/// a quarter, up to MOST_KEPT_EXTENTS. Less and less, so that no document takes much more time for
+/// each byte than one of half its size.
 ///
 /// Used by any thread at any time, also while the process ends: it is never destroyed.
 class SlabSource {
@@ -26,6 +27,7 @@ class SlabSource {
   static constexpr std::size_t SLAB_SIZE = std::size_t(1) << 16;
   static constexpr std::size_t KEPT = 256;  ///< 16 MiB
   static constexpr std::size_t EXTENT_SIZE = std::size_t(1) << 21;
+  static constexpr std::size_t MANY_EXTENTS = 20;
   static constexpr std::size_t MOST_KEPT_EXTENTS = 24;  ///< 48 MiB
 
   static SlabSource& get();
@@ -55,6 +57,7 @@ class SlabSource {
   void mapRegion();
   void reserve(std::size_t more);
   void* mapExtent();
+  static std::size_t chooseKept(std::size_t used);
   bool keepExtent(void* extent) noexcept;
 
   std::mutex mutex;
