@@ -28,8 +28,9 @@ namespace Quarry {
 /// Nesting takes memory, not stack.
 ///
 /// `Words` offers `bool isExhausted()` and `next()`, which returns a pointer to the next word or
-/// null for none, as WordCutter and ParserWordStream do; `Word` is TextWord or ParserWord. `Sink`
-/// is told, in the order of the text:
+/// null for none, as WordCutter and ParserWordStream do; `Word` is TextWord or ParserWord. It may
+/// offer `getPlace()`, which tells where the last word ends, and `next(place)`, which is told.
+/// `Sink` is told, in the order of the text:
 ///
 ///     beginItem(word)          an item is named; it is the current one until the next event but
 ///                              value, emptyTag, beginCall and warning
@@ -61,13 +62,21 @@ class TextParser {
   /// @return false when the text ends and the last word at its top level was `<empty>`, drew a
   ///         warning, or there was none; true otherwise
   bool parse() {
-    while (const Word* word = words.next()) {
-      if (!takeWord(*word)) return true;
+    const char* place = getPlace();
+    while (const Word* word = next(place)) {
+      if constexpr (HAS_PLACES) place = word->end();  // while the processor has it at hand
+      const Then then = takeWord(*word);
+      if (then == Then::END) return true;
+      if (then == Then::RESUME) place = getPlace();
     }
     return endOfText();
   }
 
  private:
+  /// What follows on a word: the one behind it, the one behind others that were passed over, or
+  /// nothing, because it has ended the parse.
+  enum class Then { NEXT, RESUME, END };
+
   static constexpr std::size_t USUAL_DEPTH = 16;
 
   /// What the current item has become so far.
@@ -85,37 +94,54 @@ class TextParser {
   };
   static_assert(sizeof(Level) == 1);
 
+  /// Whether the word source is told where the last word ends. Each word has to wait for that, so
+  /// that it is kept where the processor has it at hand.
+  static constexpr bool HAS_PLACES = requires(Words & source) { source.next(source.getPlace()); };
+
+  const char* getPlace() const {
+    if constexpr (HAS_PLACES) return words.getPlace();
+    return nullptr;
+  }
+
+  [[gnu::always_inline]] const Word* next(const char* place) {
+    if constexpr (HAS_PLACES) {
+      return words.next(place);
+    } else {
+      return words.next();
+    }
+  }
+
   // What most words need is inlined in the loop of parse(); what few need, or none, is kept out.
 
   /// The first test that holds chooses the rule. Each test fixes the word's type, so the order is
   /// part of the grammar: `yes` is a value because it is no identifier.
-  /// @return false when the word ends the parse
-  [[gnu::always_inline]] bool takeWord(const Word& word) {
+  [[gnu::always_inline]] Then takeWord(const Word& word) {
     switch (WordClassifier::classify(word)) {
-      case ParserWord::WORD_IDENTIFIER: takeName(word, Item::PLAIN); return true;
-      case ParserWord::WORD_KEYWORD: takeKeyword(word); return true;
-      case ParserWord::WORD_OPERATOR: takeAssignment(word); return true;
-      case ParserWord::WORD_SEPARATOR: takeSeparator(word); return true;
-      case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return true;
-      case ParserWord::WORD_BINARYDATA: takeValue(word, ParserValue::TYPE_BINARYDATA); return true;
-      case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); return true;
+      case ParserWord::WORD_IDENTIFIER: takeName(word, Item::PLAIN); return Then::NEXT;
+      case ParserWord::WORD_KEYWORD: takeKeyword(word); return Then::NEXT;
+      case ParserWord::WORD_OPERATOR: takeAssignment(word); return Then::NEXT;
+      case ParserWord::WORD_SEPARATOR: takeSeparator(word); return Then::NEXT;
+      case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return Then::NEXT;
+      case ParserWord::WORD_BINARYDATA:
+        takeValue(word, ParserValue::TYPE_BINARYDATA);
+        return Then::NEXT;
+      case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); return Then::NEXT;
       case ParserWord::WORD_INT:
-      case ParserWord::WORD_DOUBLE: takeNumber(word); return true;
-      case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); return true;
-      case ParserWord::WORD_BRACE: takeBracedItem(word); return true;
+      case ParserWord::WORD_DOUBLE: takeNumber(word); return Then::NEXT;
+      case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); return Then::NEXT;
+      case ParserWord::WORD_BRACE: takeBracedItem(word); return Then::NEXT;
       default: return takeBracket(word);
     }
   }
 
   /// A word that is nothing else, but may begin with a bracket.
-  /// @return false when the word ends the parse
-  bool takeBracket(const Word& word) {
+  Then takeBracket(const Word& word) {
     switch (WordClassifier::firstByte(word)) {
-      case '{': openGroup(word); return true;
+      case '{': return openGroup(word);
       case '}': return closeGroup(word);
-      case '(': openArguments(word); return true;
-      case ')': closeArguments(word); return true;
-      default: warn(Diagnostic::UNKNOWN_WORD, word); return true;
+      case '(': openArguments(word); return Then::NEXT;
+      case ')': closeArguments(word); return Then::NEXT;
+      default: warn(Diagnostic::UNKNOWN_WORD, word); return Then::NEXT;
     }
   }
 
@@ -181,12 +207,19 @@ class TextParser {
   /// group = "{" , { statement } , "}" ;
   ///
   /// A "{" without an item opens nothing, so the "}" that was meant for it closes the group around.
-  void openGroup(const Word& word) {
-    if (!hasItem()) return warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
+  Then openGroup(const Word& word) {
+    if (!hasItem()) {
+      warn(Diagnostic::GROUP_WITHOUT_ITEM, word);
+      return Then::NEXT;
+    }
     endItem();
-    if (outerLevels.size() >= deepest) return leaveOutGroup(word);
+    if (outerLevels.size() >= deepest) {
+      leaveOutGroup(word);
+      return Then::RESUME;
+    }
     sink.beginGroup(word);
     enterLevel();
+    return Then::NEXT;
   }
 
   /// Passes over the words of a group up to the brace that closes it. Only braces count. Not
@@ -205,15 +238,14 @@ class TextParser {
   }
 
   /// "}" ends the group, and at the top level the whole parse.
-  /// @return false when it ends the parse
-  bool closeGroup(const Word& word) {
+  Then closeGroup(const Word& word) {
     if (outerLevels.empty()) {
       sink.endDocument(word);
-      return false;
+      return Then::END;
     }
     leaveLevel();
     sink.endGroup(&word);
-    return true;
+    return Then::NEXT;
   }
 
   /// call = "(" , [ values ] , ")" ;

@@ -57,13 +57,21 @@ class WordCutter {
     return word.last == end || isExhaustedBehindOneByte();
   }
 
+  /// Returns where the last word ends.
+  const char* getPlace() const { return word.last; }
+
   /// Returns the number of bytes that are left to scan.
   std::size_t getRestLength() const { return static_cast<std::size_t>(end - word.last); }
 
   /// Returns the next word, or null when there is none. The word is the cutter's and changes with
   /// the next call.
-  [[gnu::always_inline]] const TextWord* next() {
-    const char* at = skipBlanks(word.last);
+  const TextWord* next() { return next(getPlace()); }
+
+  /// Does the same for who has kept the place: to get it back from memory, where it has only just
+  /// been put, takes up to a sixth of the time that there is for a word.
+  /// @param place getPlace()
+  [[gnu::always_inline]] const TextWord* next(const char* place) {
+    const char* at = skipBlanks(place);
     const char first = *at;  // read once: the compiler has to think that the next line changes it
     word.first = at;
     return at < quickEnd ? cut(at, first) : cutOther(at);
