@@ -17,17 +17,18 @@ using TestSupport::RecordingConsole;
 using TestSupport::TemporaryFolder;
 using TestSupport::writeLines;
 
+/// Nothing is needed any more once the item is there, so that a part of the text would show.
 TEST(CompressedMemoryTest, ACompressedDocumentIsReadAsAWholeOrFails) {
   if (!TestSupport::reachesCLibrary()) GTEST_SKIP() << "the sanitizer allocates by itself";
   const TemporaryFolder folder;
-  const std::string path = folder.writeCompressed("x.cfg", "a 1$\nb 2$\n");
+  const std::string path = folder.writeCompressed("x.cfg", "a$\n1$\n");
   forEveryFault(
       [&](Attempt& attempt) {
         const RecordingConsole console;
         ParserFile file;
         bool result = false;
         attempt.run([&] { result = file.read(path); });
-        EXPECT_EQ(writeLines(file.getRoot()), result ? "\na 1\nb 2" : "");
+        EXPECT_EQ(writeLines(file.getRoot()), result ? "\na 1" : "");
       },
       Attempt::Whose::OWN_AND_C_LIBRARYS);
 }

@@ -106,7 +106,7 @@ ParserItem* ParserGroup::findByScan(const std::string& wanted, unsigned long ind
   }
   const unsigned long found =
       getPositions() != nullptr ? scanPositions(wanted, index) : scanItems(wanted, index);
-  comparisons += found - index;
+  comparisons += static_cast<std::uint32_t>(found - index);
   return found < plainCount ? plainAt(found) : nullptr;
 }
 

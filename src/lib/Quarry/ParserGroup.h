@@ -263,8 +263,8 @@ class QUARRY_EXPORT ParserGroup {
     ParserGroup* nextToRemove;  ///< while its tree is freed, the next group to free
   };
   union {
-    mutable unsigned long comparisons;  ///< of names, since `names` was made or given up
-    unsigned long removedItems;         ///< while its tree is freed
+    mutable std::uint32_t comparisons;  ///< of names, since `names` was made or given up
+    std::uint32_t removedItems;         ///< while its tree is freed
   };
   mutable bool isPart = false;  ///< of a tree, made by the library: its memory may be a region's
 };

@@ -76,7 +76,10 @@ void detail::ItemList::reserve(std::size_t wanted) {
 }
 
 void detail::ItemList::swap(ItemList& other) noexcept {
+  std::swap(ownPlace, other.ownPlace);
   std::swap(places, other.places);
+  if (places == &other.ownPlace) places = &ownPlace;
+  if (other.places == &ownPlace) other.places = &other.ownPlace;
   std::swap(count, other.count);
   std::swap(capacity, other.capacity);
 }

@@ -20,13 +20,14 @@ class ParserItem;
 namespace detail {
 
 /// The items of a group, or null where an item was detached: a vector of pointers that lies where
-/// items do and gets its first places at once, because most groups are small and there are many. It
-/// does not own the items. For the library's own use.
+/// items do. A single one lies in the list itself, and the next few find places that are got at
+/// once, because most groups are small and there are many. The list does not own the items. For the
+/// library's own use.
 class ItemList {
  public:
   using const_iterator = ParserItem* const*;
 
-  ItemList() noexcept = default;
+  ItemList() noexcept : places(&ownPlace) {}
   ItemList(const ItemList&) = delete;
   ItemList& operator=(const ItemList&) = delete;
   ~ItemList() { freePlaces(); }
@@ -36,8 +37,8 @@ class ItemList {
   std::size_t size() const { return count; }
   bool empty() const { return count == 0; }
   bool isFull() const { return count == capacity; }
-  /// Returns the memory that the list has, in bytes.
-  std::size_t getListSize() const { return capacity * PLACE_SIZE; }
+  /// Returns the memory that the list has beside itself, in bytes.
+  std::size_t getListSize() const { return isApart() ? capacity * PLACE_SIZE : 0; }
 
   ParserItem*& operator[](std::size_t index) { return places[index]; }
   ParserItem* operator[](std::size_t index) const { return places[index]; }
@@ -67,11 +68,13 @@ class ItemList {
  private:
   static constexpr std::size_t PLACE_SIZE = sizeof(void*);
 
+  bool isApart() const { return places != &ownPlace; }
   QUARRY_HIDDEN void freePlaces() noexcept;
 
-  ParserItem** places = nullptr;
+  ParserItem** places;
+  ParserItem* ownPlace;
   std::uint32_t count = 0;
-  std::uint32_t capacity = 0;
+  std::uint32_t capacity = 1;
 };
 
 }  // namespace detail

@@ -26,21 +26,23 @@ namespace Quarry {
 // --- Lists ---------------------------------------------------------------------------------------
 
 inline void detail::ItemList::freePlaces() noexcept {
-  SlabHeap::free(places, capacity * PLACE_SIZE);
+  if (isApart()) SlabHeap::free(places, capacity * PLACE_SIZE);
 }
 
 inline void detail::ItemList::forget() noexcept {
   freePlaces();
-  places = nullptr;
+  places = &ownPlace;
   count = 0;
-  capacity = 0;
+  capacity = 1;
 }
 
 /// Few groups have more than FIRST items, and for all others this is all there is to do.
 inline void detail::ItemList::grow() {
   constexpr std::uint32_t FIRST = 4;
-  if (capacity > 0) return reserve(2 * size());
-  places = static_cast<ParserItem**>(SlabHeap::allocate(FIRST * PLACE_SIZE));
+  if (isApart()) return reserve(2 * size());
+  auto** list = static_cast<ParserItem**>(SlabHeap::allocate(FIRST * PLACE_SIZE));
+  *list = ownPlace;
+  places = list;
   capacity = FIRST;
 }
 

@@ -29,8 +29,8 @@ void TreeRemover::removeGroups() {
 /// group waits while one in it is removed. Inlined, because most groups are small.
 [[gnu::always_inline]] inline void TreeRemover::removeGroup(ParserGroup& group) {
   const detail::ItemList::const_iterator items = group.items.begin();
-  const unsigned long count = group.items.size();
-  for (unsigned long i = group.removedItems; i < count; ++i) {
+  const auto count = static_cast<std::uint32_t>(group.items.size());
+  for (std::uint32_t i = group.removedItems; i < count; ++i) {
     removeItem(items[i]);
     if (waiting == &group) continue;
     group.removedItems = i + 1;
