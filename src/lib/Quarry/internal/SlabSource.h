@@ -27,7 +27,7 @@ class SlabSource {
   static constexpr std::size_t SLAB_SIZE = std::size_t(1) << 16;
   static constexpr std::size_t KEPT = 256;  ///< 16 MiB
   static constexpr std::size_t EXTENT_SIZE = std::size_t(1) << 21;
-  static constexpr std::size_t MANY_EXTENTS = 20;
+  static constexpr std::size_t MANY_EXTENTS = 28;
   static constexpr std::size_t MOST_KEPT_EXTENTS = 24;  ///< 48 MiB
 
   static SlabSource& get();
