@@ -8,6 +8,7 @@
 
 #include <cassert>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <string>
@@ -263,7 +264,8 @@ class QUARRY_EXPORT ParserGroup {
     ParserGroup* nextToRemove;  ///< while its tree is freed, the next group to free
   };
   union {
-    mutable std::uint32_t comparisons;  ///< of names, since `names` was made or given up
+    mutable std::uint32_t comparisons;  ///< of names, modulo 2^32, since `names` was made or
+                                        ///< given up
     std::uint32_t removedItems;         ///< while its tree is freed
   };
   mutable bool isPart = false;  ///< of a tree, made by the library: its memory may be a region's

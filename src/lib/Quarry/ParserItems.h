@@ -71,8 +71,8 @@ class ItemList {
   bool isApart() const { return places != &ownPlace; }
   QUARRY_HIDDEN void freePlaces() noexcept;
 
-  ParserItem** places;
-  ParserItem* ownPlace;
+  ParserItem** places;   ///< `ownPlace` or memory of their own
+  ParserItem* ownPlace;  ///< for a single item
   std::uint32_t count = 0;
   std::uint32_t capacity = 1;
 };

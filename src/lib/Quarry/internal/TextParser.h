@@ -117,21 +117,20 @@ class TextParser {
   /// part of the grammar: `yes` is a value because it is no identifier.
   [[gnu::always_inline]] Then takeWord(const Word& word) {
     switch (WordClassifier::classify(word)) {
-      case ParserWord::WORD_IDENTIFIER: takeName(word, Item::PLAIN); return Then::NEXT;
-      case ParserWord::WORD_KEYWORD: takeKeyword(word); return Then::NEXT;
-      case ParserWord::WORD_OPERATOR: takeAssignment(word); return Then::NEXT;
-      case ParserWord::WORD_SEPARATOR: takeSeparator(word); return Then::NEXT;
-      case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); return Then::NEXT;
-      case ParserWord::WORD_BINARYDATA:
-        takeValue(word, ParserValue::TYPE_BINARYDATA);
-        return Then::NEXT;
-      case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); return Then::NEXT;
+      case ParserWord::WORD_IDENTIFIER: takeName(word, Item::PLAIN); break;
+      case ParserWord::WORD_KEYWORD: takeKeyword(word); break;
+      case ParserWord::WORD_OPERATOR: takeAssignment(word); break;
+      case ParserWord::WORD_SEPARATOR: takeSeparator(word); break;
+      case ParserWord::WORD_EMPTYTAG: takeValue(word, ParserValue::TYPE_EMPTY); break;
+      case ParserWord::WORD_BINARYDATA: takeValue(word, ParserValue::TYPE_BINARYDATA); break;
+      case ParserWord::WORD_BOOL: takeValue(word, ParserValue::TYPE_BOOL); break;
       case ParserWord::WORD_INT:
-      case ParserWord::WORD_DOUBLE: takeNumber(word); return Then::NEXT;
-      case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); return Then::NEXT;
-      case ParserWord::WORD_BRACE: takeBracedItem(word); return Then::NEXT;
+      case ParserWord::WORD_DOUBLE: takeNumber(word); break;
+      case ParserWord::WORD_STRING: takeValue(word, ParserValue::TYPE_STRING); break;
+      case ParserWord::WORD_BRACE: takeBracedItem(word); break;
       default: return takeBracket(word);
     }
+    return Then::NEXT;
   }
 
   /// A word that is nothing else, but may begin with a bracket.
@@ -139,10 +138,11 @@ class TextParser {
     switch (WordClassifier::firstByte(word)) {
       case '{': return openGroup(word);
       case '}': return closeGroup(word);
-      case '(': openArguments(word); return Then::NEXT;
-      case ')': closeArguments(word); return Then::NEXT;
-      default: warn(Diagnostic::UNKNOWN_WORD, word); return Then::NEXT;
+      case '(': openArguments(word); break;
+      case ')': closeArguments(word); break;
+      default: warn(Diagnostic::UNKNOWN_WORD, word);
     }
+    return Then::NEXT;
   }
 
   /// name = identifier | keyword ;
