@@ -436,9 +436,10 @@ class QUARRY_EXPORT ParserItem {
   mutable bool isIndexed : 1;            ///< a group's NameIndex knows the item under its name
   mutable bool isPart : 1;               ///< made by the library: its memory may be a region's
 
-  /// Where the values lie, side by side.
+  /// Where the values lie, side by side: the address takes the first one's place when that is left.
+  /// With pointers of 64 bits the item has 88 bytes so, and each further value 40.
   union {
-    mutable ParserValue* list;
+    mutable ParserValue* list;  ///< owned; where there is one
 
     /// The place of the first value. An item that is made for more values has more places behind
     /// it.
