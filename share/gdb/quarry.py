@@ -133,7 +133,8 @@ class Value:
 
     GROUP, BOOL, CHAR, INT, DOUBLE, STRING, BINARYDATA, EMPTY = range(8)
     NAMES = ['group', 'bool', 'char', 'int', 'double', 'string', 'block', 'empty tag']
-    LONG_TEXT, STRING_TEXT = 0xFE, 0xFF
+    LONG_TEXT, STRING_TEXT = 30, 31
+    TEXT_LEAD = 3  # so many bytes of a text in the value lie before its content
 
     def __init__(self, address):
         word = gdb.lookup_type('char').pointer().sizeof
@@ -142,13 +143,20 @@ class Value:
         self.data = self.content + 2 * word
         self.size = -(-(self.data + 8 - address) // align) * align
         self.type = self.read(address + word, 'int')
-        self.has_data, self.has_text, _, self.text_length = [
-            self.read(address + word + 4 + index, 'unsigned char') for index in range(4)]
+        self.text_length, self.has_data, self.has_text = self.read_form(address + word + 4)
 
     @staticmethod
     def read(address, type_name):
         value = gdb.Value(address).cast(gdb.lookup_type(type_name).pointer()).dereference()
         return float(value) if type_name == 'double' else int(value)
+
+    @classmethod
+    def read_form(cls, address):
+        """A length of five bits and two flags, which lie in the order of the machine's bytes."""
+        form = cls.read(address, 'unsigned char')
+        if 'little' in gdb.execute('show endian', to_string=True):
+            return form & 31, form & 32, form & 64
+        return form >> 3, form & 4, form & 2
 
     def show(self):
         """Returns what GDB is to show."""
@@ -171,9 +179,10 @@ class Value:
             return read_word(self.content), read_word(self.content, 1)
         if self.text_length == self.STRING_TEXT:
             return string_at(read_word(self.data))
-        if self.text_length > self.data + 8 - self.content:
+        begin = self.content - self.TEXT_LEAD
+        if self.text_length > self.data + 8 - begin:
             raise ValueError('no length of a text: {}'.format(self.text_length))
-        return self.content, self.text_length
+        return begin, self.text_length
 
     def show_block(self):
         block = read_word(self.data)

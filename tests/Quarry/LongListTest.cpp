@@ -75,13 +75,13 @@ TEST(LongListTest, NumbersThatGrowShorterAreAllThere) {
 TEST(LongListTest, WordsOfAllKindsBehindManyNumbersAreThere) {
   std::string text = makeList("a", 100, "1.5");
   text +=
-      R"( "text" yes -3 "a longer text, of more than 24 bytes" <empty> 0x0102FF02010000 { b 1 })";
+      R"( "text" yes -3 "a longer text, of more than 27 bytes" <empty> 0x0102FF02010000 { b 1 })";
   const std::unique_ptr<ParserGroup> group = readText(text);
   const ParserItem& item = *group->getItem("a");
   EXPECT_EQ(item.getString(100), "text");
   EXPECT_TRUE(item.getBool(101));
   EXPECT_EQ(item.getInt(102), -3);
-  EXPECT_EQ(item.getString(103), "a longer text, of more than 24 bytes");
+  EXPECT_EQ(item.getString(103), "a longer text, of more than 27 bytes");
   EXPECT_EQ(item.getBinaryDataSize(104), 3U);
   EXPECT_EQ(item.getGroup(105)->getItem("b")->getInt(0), 1);
 }

@@ -234,8 +234,8 @@ TEST_P(ParsedValueTest, ANameKeepsItsSpelling) {
 
 // --- Numbers whose text takes the place of their data --------------------------------------------
 
-TEST(ParserValueStorageNumberTest, ANumberOfSeventeenToTwentyFourBytesIsReadTheSameEachTime) {
-  for (unsigned long length = 17; length <= 24; ++length) {
+TEST(ParserValueStorageNumberTest, ANumberOfTwentyToTwentySevenBytesIsReadTheSameEachTime) {
+  for (unsigned long length = 20; length <= 27; ++length) {
     const ParserValue value(ParserValue::TYPE_INT, makeDigits("1234567", length));
     value.makeValue();
     EXPECT_EQ(value.getAsInt(), 1234567);
@@ -250,6 +250,15 @@ TEST(ParserValueStorageNumberTest, SixteenDigitsBehindAMinusStayAfterTheyAreRead
   EXPECT_EQ(value.getAsInt(), -42);
   EXPECT_EQ(value.getAsInt(), -42);
   EXPECT_EQ(write(value), text);
+}
+
+TEST(ParserValueStorageNumberTest, ADoubleOfNineteenBytesStaysAfterItIsRead) {
+  const std::string text = "-65.613616999999977";
+  const ParserValue value(ParserValue::TYPE_DOUBLE, text);
+  EXPECT_EQ(value.getAsDouble(), -65.613616999999977);
+  EXPECT_EQ(value.getAsDouble(), -65.613616999999977);
+  EXPECT_EQ(write(value), text);
+  EXPECT_EQ(write(ParserValue(value)), text);
 }
 
 TEST(ParserValueStorageNumberTest, AllDigitsOfALongDoubleAreRead) {

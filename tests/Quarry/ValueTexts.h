@@ -8,8 +8,8 @@
 
 namespace ValueTexts {
 
-inline const std::vector<unsigned long> LENGTHS = {0,  1,  2,  15,  16,   17,
-                                                   23, 24, 25, 100, 1025, 200000};
+inline const std::vector<unsigned long> LENGTHS = {0,  1,  2,  11, 12, 15, 16,  17,   19,
+                                                   20, 27, 28, 30, 31, 32, 100, 1025, 200000};
 
 /// Returns the text of a value, without the quotes and escapes of a string.
 inline std::string write(const Quarry::ParserValue& value) {

@@ -147,8 +147,8 @@ int main() {
   noValue = makeGarbage<ParserValue>(0xDB);
   noType = makeGarbage<ParserValue>(0x03);
   zeroValue = makeGarbage<ParserValue>(0);
-  noGroupAtAll = makeGarbage<ParserValue>(0);
-  reinterpret_cast<bool*>(noGroupAtAll)[sizeof(void*) + 5] = true;
+  noGroupAtAll = new ParserValue(nullptr);
+  std::memset(reinterpret_cast<char*>(noGroupAtAll) + sizeof(void*) + 8, 0, sizeof(void*));
   noText = new ParserValue(ParserValue::TYPE_STRING, "a text that lies somewhere else altogether");
   std::memset(reinterpret_cast<char*>(noText) + sizeof(void*) + 8, 0x7F, 2 * sizeof(void*));
 

@@ -210,7 +210,9 @@ void ParserValue::makeValue() const {
 
 /// Makes the data of a number or bool from its text, keeps it, and returns it as a number.
 double ParserValue::makeNumber() const {
-  static_assert(CONTENT_TEXT >= SHORT_NUMBER_ROOM);
+  static_assert(CONTENT_TEXT >= SHORT_NUMBER_ROOM && CONTENT_TEXT < LONG_TEXT);
+  static_assert(sizeof(ParserValue) == sizeof(void*) + sizeof(Type) + 1 + CONTENT_TEXT,
+                "a text lies in bytes that follow one another");
   if (textLength == 0 || textLength > SLOT_TEXT) return makeAnyNumber();
   if (type == TYPE_INT) {
     int integer = 0;
@@ -332,7 +334,7 @@ void ParserValue::become(Type newType) {
 
 /// Takes what `other`, of the same type and form, owns.
 void ParserValue::takeOver(ParserValue& other) noexcept {
-  content = other.content;
+  std::memcpy(inlineText(), other.inlineText(), CONTENT_TEXT);
   textLength = other.textLength;
   ownsMemory = other.ownsMemory;
   other.ownsMemory = false;
@@ -350,7 +352,7 @@ std::string_view ParserValue::getBytes() const {
 void ParserValue::storeText(std::string_view text, unsigned long room) const {
   if (text.size() <= room) {
     if (!text.empty()) std::memcpy(inlineText(), text.data(), text.size());
-    textLength = static_cast<std::uint8_t>(text.size());
+    textLength = text.size() & STRING_TEXT;
     return;
   }
   char* bytes = static_cast<char*>(SlabHeap::allocate(text.size()));

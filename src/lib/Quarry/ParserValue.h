@@ -295,19 +295,24 @@ class QUARRY_EXPORT ParserValue {
     Data data;
   };
 
-  /// The longest text that lies in the slot, and the longest that lies in slot and data: the data
-  /// of such a number is not kept but made from the text each time.
-  static constexpr unsigned long SLOT_TEXT = sizeof(Slot);
-  static constexpr unsigned long CONTENT_TEXT = sizeof(Content);
+  /// So many bytes before the slot would only align it: a text begins in them, and a double with
+  /// all its digits then leaves the data its place.
+  static constexpr unsigned long TEXT_LEAD = 3;
+
+  /// The longest text that ends in the slot, and the longest that ends in the data: the data of
+  /// such a number is not kept but made from the text each time.
+  static constexpr unsigned long SLOT_TEXT = TEXT_LEAD + sizeof(Slot);
+  static constexpr unsigned long CONTENT_TEXT = TEXT_LEAD + sizeof(Content);
 
   /// Where the text lies, when it is not in the value itself.
-  enum TextPlace : std::uint8_t { LONG_TEXT = 0xFE, STRING_TEXT = 0xFF };
+  enum TextPlace : std::uint8_t { LONG_TEXT = 30, STRING_TEXT = 31 };
 
   // The library's own ways to make a value.
 
-  /// As data or as text, still without either.
   enum class Form : std::uint8_t { DATA, TEXT };
-  QUARRY_HIDDEN ParserValue(Form form, Type valueType);
+  /// As data or as text, still without either.
+  /// @param length of the text that is going to lie in the value itself
+  QUARRY_HIDDEN ParserValue(Form form, Type valueType, unsigned long length = 0);
   /// A string as data.
   QUARRY_HIDDEN ParserValue(Form form, std::string_view bytes);
   /// A text of a type that isKeptAsText(). Bytes up to `readable` may be read, though not used.
@@ -329,7 +334,7 @@ class QUARRY_EXPORT ParserValue {
   bool hasText() const { return textValid && !isGroup(); }
   /// The text, or the bytes of a string; empty where there are none.
   QUARRY_HIDDEN std::string_view getBytes() const;
-  char* inlineText() const { return reinterpret_cast<char*>(&content); }
+  char* inlineText() const { return reinterpret_cast<char*>(&content) - TEXT_LEAD; }
 
   QUARRY_HIDDEN bool isNumeric(const char* operation) const;
   QUARRY_HIDDEN bool isHeldString() const;
@@ -351,10 +356,11 @@ class QUARRY_EXPORT ParserValue {
   QUARRY_HIDDEN void appendText(OutputBuffer& out) const;
 
   Type type;
-  mutable bool dataValid;           ///< there is data (a string's may still lie as text)
-  mutable bool textValid;           ///< there is a text, or a group
-  mutable bool ownsMemory;          ///< something has to be freed
-  mutable std::uint8_t textLength;  ///< of a text in the value itself, or its TextPlace
+  mutable std::uint8_t textLength : 5;  ///< of a text in the value itself, or its TextPlace
+  mutable bool dataValid : 1;           ///< there is data (a string's may still lie as text)
+  mutable bool textValid : 1;           ///< there is a text, or a group
+  mutable bool ownsMemory : 1;          ///< something has to be freed
+  mutable char textLead[TEXT_LEAD];     ///< where a text in the value itself begins
   mutable Content content;
 };
 

@@ -48,12 +48,12 @@ inline void detail::ItemList::grow() {
 
 // --- Values --------------------------------------------------------------------------------------
 
-inline ParserValue::ParserValue(Form form, Type valueType)
+inline ParserValue::ParserValue(Form form, Type valueType, unsigned long length)
     : type(valueType),
+      textLength(length & STRING_TEXT),
       dataValid(form == Form::DATA),
       textValid(form == Form::TEXT),
-      ownsMemory(false),
-      textLength(0) {}
+      ownsMemory(false) {}
 
 inline ParserValue::ParserValue(Form form, ParserGroup* group) noexcept
     : ParserValue(form, TYPE_GROUP) {
@@ -65,11 +65,10 @@ inline ParserValue::ParserValue(Form form, ParserGroup* group) noexcept
 /// takes no call and no branch.
 inline ParserValue::ParserValue(Form form, Type valueType, std::string_view text,
                                 const char* readable)
-    : ParserValue(form, valueType) {
+    : ParserValue(form, valueType, text.size()) {
   const auto left = static_cast<unsigned long>(readable - text.data());
-  if (text.size() <= CONTENT_TEXT && left >= CONTENT_TEXT) {
-    std::memcpy(&content, text.data(), CONTENT_TEXT);
-    textLength = static_cast<std::uint8_t>(text.size());
+  if (text.size() <= CONTENT_TEXT && left >= CONTENT_TEXT) [[likely]] {
+    std::memcpy(inlineText(), text.data(), CONTENT_TEXT);
   } else {
     storeText(text, CONTENT_TEXT);
   }
