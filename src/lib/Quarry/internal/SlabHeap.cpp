@@ -191,7 +191,7 @@ constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
 // --- Slow ways -----------------------------------------------------------------------------------
 
 /// Returns the next bytes of the region, as there is one.
-void* SlabHeap::takeOfRegion(std::size_t size) {
+[[gnu::noinline]] void* SlabHeap::takeOfRegion(std::size_t size) {
   if (size > run.getRoom()) run.region->openSlab();
   return takeNext(size);
 }
@@ -230,7 +230,7 @@ void SlabHeap::giveBack(Large& large) noexcept {
   ::operator delete(&large);
 }
 
-void* SlabHeap::takeSlowly(std::size_t sizeIndex) {
+[[gnu::noinline]] void* SlabHeap::takeSlowly(std::size_t sizeIndex) {
   return ThreadEnd::withHoldings([sizeIndex](Holdings& holdings) {
     Holding& holding = holdings.of[sizeIndex];
     void* slot = take(holding, sizeIndex);
