@@ -62,13 +62,16 @@ std::set<std::uintptr_t> slabsOf(const std::vector<void*>& pieces) {
   return slabs;
 }
 
-/// Returns the slabs that the next `count` ones are.
+/// Returns the slabs that the next `count` ones of a region are: a small one is the first.
 std::set<std::uintptr_t> takeNextSlabs(std::size_t count) {
   std::vector<void*> slabs(count);
-  for (void*& slab : slabs)
-    slab = SlabSource::get().take();
-  for (void* slab : slabs)
-    SlabSource::get().giveBack(slab);
+  void* const small = SlabSource::get().takeSmall();
+  slabs[0] = small;
+  for (std::size_t i = 1; i < count; ++i)
+    slabs[i] = SlabSource::get().take();
+  for (std::size_t i = 1; i < count; ++i)
+    SlabSource::get().giveBack(slabs[i]);
+  SlabSource::get().giveBackSmall(small);
   return slabsOf(slabs);
 }
 
@@ -77,8 +80,11 @@ void expectGivenBack(const std::set<std::uintptr_t>& slabs) {
   EXPECT_EQ(takeNextSlabs(slabs.size()), slabs);
 }
 
+/// Pieces of RARE_SIZE that the first slab of a region has room for.
+constexpr std::size_t RARE_IN_SMALL = (SlabSource::SMALL_SIZE - 64) / RARE_SIZE;
+
 /// Pieces of RARE_SIZE beyond these do not lie in slabs that are kept.
-constexpr std::size_t KEPT_PIECES = SlabSource::KEPT * RARE_IN_SLAB;
+constexpr std::size_t KEPT_PIECES = RARE_IN_SMALL + (SlabSource::KEPT - 1) * RARE_IN_SLAB;
 
 /// Uses one extent up, and another in part.
 constexpr std::size_t EXTENT_SLABS = SlabSource::EXTENT_SIZE / SlabSource::SLAB_SIZE;
@@ -201,6 +207,14 @@ TEST_F(SlabRegionTest, ASlabHoldsPiecesOfOneRegionOnly) {
   SlabHeap::free(before, 64);
 }
 
+TEST_F(SlabRegionTest, TheFirstSlabIsASmallOneAndFurtherOnesAreNot) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  EXPECT_EQ(slabsOf(allocateRare(RARE_IN_SMALL)).size(), 1U);
+  EXPECT_EQ(slabsOf(allocateRare(RARE_IN_SLAB)).size(), 1U);
+  EXPECT_EQ(slabsOf(allocateRare(RARE_IN_SLAB)).size(), 1U);
+}
+
 TEST_F(SlabRegionTest, APieceTellsItsRegion) {
   void* before = SlabHeap::allocate(64);
   const auto region = SlabRegion::make();
@@ -270,9 +284,21 @@ TEST_F(SlabRegionTest, APieceBeforeAnotherIsNotMadeLarger) {
 TEST_F(SlabRegionTest, APieceIsMadeLargerUpToTheEndOfItsSlab) {
   const auto region = SlabRegion::make();
   const SlabRegion::Use use(region.get());
-  allocateRare(RARE_IN_SLAB);
+  allocateRare(RARE_IN_SMALL + RARE_IN_SLAB);
   void* last = SlabHeap::allocate(64);
   const std::uintptr_t end = (slabOf(last) + 1) * SlabSource::SLAB_SIZE;
+  const std::size_t room = end - reinterpret_cast<std::uintptr_t>(last);
+  ASSERT_LT(room, SlabHeap::LARGEST);
+  EXPECT_FALSE(SlabHeap::extend(last, 64, room + 1));
+  EXPECT_TRUE(SlabHeap::extend(last, 64, room));
+}
+
+TEST_F(SlabRegionTest, APieceIsMadeLargerUpToTheEndOfASmallSlab) {
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  allocateRare(RARE_IN_SMALL);
+  void* last = SlabHeap::allocate(64);
+  const std::uintptr_t end = slabOf(last) * SlabSource::SLAB_SIZE + SlabSource::SMALL_SIZE;
   const std::size_t room = end - reinterpret_cast<std::uintptr_t>(last);
   ASSERT_LT(room, SlabHeap::LARGEST);
   EXPECT_FALSE(SlabHeap::extend(last, 64, room + 1));
@@ -649,7 +675,7 @@ TEST_F(SlabRegionTest, PiecesOfARegionThatWasBrokenUpMayBeFreedByAnyThread) {
   std::vector<void*> pieces;
   {
     const SlabRegion::Use use(region.get());
-    pieces = allocate(1000, 60);  // one slab
+    pieces = allocate(250, 60);  // one slab
   }
   region->breakUp();
   const std::set<std::uintptr_t> slabs = slabsOf(pieces);

@@ -32,6 +32,18 @@ void giveBack(const std::vector<void*>& slabs) {
     SlabSource::get().giveBack(slab);
 }
 
+std::vector<void*> takeSmallSlabs(std::size_t count) {
+  std::vector<void*> slabs(count);
+  for (void*& slab : slabs)
+    slab = SlabSource::get().takeSmall();
+  return slabs;
+}
+
+void giveBackSmall(const std::vector<void*>& slabs) {
+  for (void* slab : slabs)
+    SlabSource::get().giveBackSmall(slab);
+}
+
 bool isZero(const void* slab) {
   const char* bytes = static_cast<const char*>(slab);
   return bytes[0] == 0 && std::memcmp(bytes, bytes + 1, SlabSource::SLAB_SIZE - 1) == 0;
@@ -102,6 +114,52 @@ TEST(SlabSourceTest, BeyondTheKeptSlabsTheMemoryGoesBackToTheSystem) {
     zeroed += isZero(slab) ? 1 : 0;
   EXPECT_EQ(zeroed, MORE);
   giveBack(again);
+}
+
+// --- Small slabs ---------------------------------------------------------------------------------
+
+TEST(SlabSourceTest, SmallSlabsAreAlignedLikeOthers) {
+  const std::vector<void*> slabs = takeSmallSlabs(100);
+  for (const void* slab : slabs)
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(slab) % SlabSource::SLAB_SIZE, 0U);
+  EXPECT_EQ(std::set<void*>(slabs.begin(), slabs.end()).size(), slabs.size());
+  giveBackSmall(slabs);
+}
+
+TEST(SlabSourceTest, TheSmallSlabThatCameBackLastIsHandedOutFirst) {
+  void* slab = SlabSource::get().takeSmall();
+  SlabSource::get().giveBackSmall(slab);
+  EXPECT_EQ(SlabSource::get().takeSmall(), slab);
+  SlabSource::get().giveBackSmall(slab);
+}
+
+/// It would have memory then that nobody counts.
+TEST(SlabSourceTest, ASmallSlabThatCameBackIsNotHandedOutAsAWholeOne) {
+  SlabSource source;
+  void* small = source.takeSmall();
+  source.giveBackSmall(small);
+  EXPECT_NE(source.take(), small);
+}
+
+TEST(SlabSourceTest, ASlabThatCameBackIsNotHandedOutAsASmallOne) {
+  SlabSource source;
+  void* slab = source.take();
+  source.giveBack(slab);
+  EXPECT_NE(source.takeSmall(), slab);
+}
+
+TEST(SlabSourceTest, BeyondTheKeptSmallSlabsTheMemoryGoesBackToTheSystem) {
+  constexpr std::size_t MORE = 100;
+  const std::vector<void*> slabs = takeSmallSlabs(SlabSource::KEPT_SMALL + MORE);
+  for (void* slab : slabs)
+    std::memset(slab, 1, SlabSource::SMALL_SIZE);
+  giveBackSmall(slabs);
+  std::size_t zeroed = 0;
+  const std::vector<void*> again = takeSmallSlabs(SlabSource::KEPT_SMALL + MORE);
+  for (const void* slab : again)
+    zeroed += isZero(slab) ? 1 : 0;
+  EXPECT_EQ(zeroed, MORE);
+  giveBackSmall(again);
 }
 
 // --- Extents -------------------------------------------------------------------------------------

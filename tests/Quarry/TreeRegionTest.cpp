@@ -158,6 +158,14 @@ TEST(TreeRegionTest, AllItemsOfALargeTextAre) {
 
 TEST(TreeRegionTest, ASmallTextIsNot) { EXPECT_FALSE(isFreedAtOnce(*readText(TEXT))); }
 
+TEST(TreeRegionTest, ATextOfAKilobyteIs) {
+  EXPECT_REGION(isFreedAtOnce(*readText("a 1 " + std::string(1020, ' '))));
+}
+
+TEST(TreeRegionTest, ATextOfAByteLessIsNot) {
+  EXPECT_FALSE(isFreedAtOnce(*readText("a 1 " + std::string(1019, ' '))));
+}
+
 TEST(TreeRegionTest, LargeBinaryDataIs) {
   const std::vector<char> bytes = readLarge()->getBinary(false);
   ParserGroup root("root");

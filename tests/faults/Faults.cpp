@@ -155,6 +155,9 @@ void* realMmap(void* place, std::size_t size, int protection, int flags, int fil
 void* takeRealSlab(SlabSource* source) asm("__real__ZN6Quarry10SlabSource4takeEv");
 void giveBackRealSlab(SlabSource* source,
                       void* slab) asm("__real__ZN6Quarry10SlabSource8giveBackEPv");
+void* takeRealSmallSlab(SlabSource* source) asm("__real__ZN6Quarry10SlabSource9takeSmallEv");
+void giveBackRealSmallSlab(SlabSource* source,
+                           void* slab) asm("__real__ZN6Quarry10SlabSource13giveBackSmallEPv");
 void* takeRealExtent(SlabSource* source) asm("__real__ZN6Quarry10SlabSource10takeExtentEv");
 void giveBackRealExtent(SlabSource* source,
                         void* extent) asm("__real__ZN6Quarry10SlabSource14giveBackExtentEPv");
@@ -167,6 +170,9 @@ void* mmapOrFail(void* place, std::size_t size, int protection, int flags, int f
                  off_t offset) asm("__wrap_mmap");
 void* takeSlab(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource4takeEv");
 void giveBackSlab(SlabSource* source, void* slab) asm("__wrap__ZN6Quarry10SlabSource8giveBackEPv");
+void* takeSmallSlab(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource9takeSmallEv");
+void giveBackSmallSlab(SlabSource* source,
+                       void* slab) asm("__wrap__ZN6Quarry10SlabSource13giveBackSmallEPv");
 void* takeExtent(SlabSource* source) asm("__wrap__ZN6Quarry10SlabSource10takeExtentEv");
 void giveBackExtent(SlabSource* source,
                     void* extent) asm("__wrap__ZN6Quarry10SlabSource14giveBackExtentEPv");
@@ -194,6 +200,18 @@ void* takeSlab(SlabSource* source) {
 void giveBackSlab(SlabSource* source, void* slab) {
   --liveSlabs;
   giveBackRealSlab(source, slab);
+}
+
+void* takeSmallSlab(SlabSource* source) {
+  if (Attempt::takesAllocation(Whose::OWN)) throw std::bad_alloc();
+  void* slab = takeRealSmallSlab(source);
+  ++liveSlabs;
+  return slab;
+}
+
+void giveBackSmallSlab(SlabSource* source, void* slab) {
+  --liveSlabs;
+  giveBackRealSmallSlab(source, slab);
 }
 
 /// How many slabs an extent counts for: they may be given back one by one.

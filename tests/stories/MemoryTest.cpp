@@ -33,6 +33,10 @@ constexpr long MEBIBYTE = 1L << 20;
 constexpr long KEPT = static_cast<long>(Quarry::SlabSource::KEPT * Quarry::SlabSource::SLAB_SIZE +
                                         Quarry::LargeBlocks::MOST_KEPT_BYTES);
 
+/// What it may keep of many small documents.
+constexpr long KEPT_SMALL =
+    static_cast<long>(Quarry::SlabSource::KEPT_SMALL * Quarry::SlabSource::SMALL_SIZE);
+
 /// For what the C library and the test keep.
 constexpr long MARGIN = 8 * MEBIBYTE;
 
@@ -72,6 +76,14 @@ std::string makeText(unsigned long size) {
     if (i % 500 == 0) text += list;
     text += "\n}";
   }
+  return text;
+}
+
+/// Returns the text of a settings file of at least `size` bytes.
+std::string makeSmallText(unsigned long size) {
+  std::string text;
+  for (unsigned long i = 0; text.size() < size; ++i)
+    text += "section" + std::to_string(i) + " {\n  width 640\n  title \"a title\"\n}\n";
   return text;
 }
 
@@ -129,6 +141,24 @@ TEST_F(MemoryTest, OfALongListOfValuesGoesBack) {
     EXPECT_GT(getResidentBytes(), before + 60 * MEBIBYTE);
   }
   EXPECT_LT(getResidentBytes(), before + KEPT + MARGIN);
+}
+
+// --- Many documents ------------------------------------------------------------------------------
+
+TEST_F(MemoryTest, OfManySmallDocumentsIsWhatTheyNeedAndGoesBack) {
+  constexpr long COUNT = 4000;
+  constexpr long MOST_OF_EACH = 24000;
+  const std::string text = makeSmallText(2000);
+  const long before = getResidentBytes();
+  {
+    std::vector<std::unique_ptr<ParserGroup>> documents;
+    for (long i = 0; i < COUNT; ++i) {
+      documents.push_back(std::make_unique<ParserGroup>("document"));
+      ASSERT_TRUE(documents.back()->setText(text, 1.1));
+    }
+    EXPECT_LT(getResidentBytes(), before + COUNT * MOST_OF_EACH);
+  }
+  EXPECT_LT(getResidentBytes(), before + KEPT_SMALL + MARGIN);
 }
 
 // --- Again and again -----------------------------------------------------------------------------

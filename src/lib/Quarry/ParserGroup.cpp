@@ -163,9 +163,10 @@ ParserItems ParserGroup::getItems(const std::string& pattern) const {
 // --- The region ----------------------------------------------------------------------------------
 
 /// Returns memory for items that are read from so many bytes; null where there are items already,
-/// and for so few that slabs of their own would be a waste.
+/// and for so few that the last page would be a waste. Those of its slab that are not used never
+/// get memory.
 SlabRegion* ParserGroup::makeRegionFor(unsigned long bytes) {
-  constexpr unsigned long MANY = 1UL << 14;
+  constexpr unsigned long MANY = 1UL << 10;
   noteChange();
   return items.empty() && bytes >= MANY ? makeRegion() : nullptr;
 }

@@ -84,7 +84,7 @@ class SlabHeap::SizeList {
     const bool isEmpty = slab.freeCount == slab.capacity;
     if (isEmpty && slab.isListed) remove(slab);
     if (isEmpty) {
-      SlabSource::get().giveBack(&slab);
+      slab.giveBack();
     } else if (!slab.isListed && slab.sizeIndex != MIXED) {
       add(slab);
     }
@@ -130,6 +130,11 @@ void SlabHeap::handOver(Slab& slab, std::uint32_t pieces) noexcept {
 char* SlabHeap::Slab::end() {
   const std::size_t slotSize = (sizeIndex + 1) * GRANULE;
   return reinterpret_cast<char*>(this) + SLOTS_BEGIN + capacity * slotSize;
+}
+
+void SlabHeap::Slab::giveBack() noexcept {
+  SlabSource& source = SlabSource::get();
+  return isSmall ? source.giveBackSmall(this) : source.giveBack(this);
 }
 
 // --- Threads -------------------------------------------------------------------------------------

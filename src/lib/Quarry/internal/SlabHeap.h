@@ -99,14 +99,15 @@ class SlabHeap {
     Slot* next;
   };
 
-  /// The beginning of a slab; its slots follow. All but `sizeIndex` and `region` is guarded by the
-  /// lock of that size, unless there is a region.
+  /// The beginning of a slab; its slots follow. All but `sizeIndex`, `isSmall` and `region` is
+  /// guarded by the lock of that size, unless there is a region.
   struct Slab {
     std::uint32_t sizeIndex;
     std::uint32_t capacity;   ///< slots in all; no limit while a region takes them
     std::uint32_t freeCount;  ///< slots in `free` and from `fresh` on
     bool isCurrent;           ///< a thread takes slots from it
     bool isListed;            ///< it is in the list of its size
+    bool isSmall;             ///< SlabSource has to know when it gets it back
     Slot* free;               ///< slots that were freed
     char* fresh;              ///< slots that were never used begin here and reach to the end
     Slab* previous;
@@ -115,6 +116,7 @@ class SlabHeap {
 
     static Slab* of(void* slot);
     char* end();
+    void giveBack() noexcept;
   };
 
   /// What a thread holds of one size.

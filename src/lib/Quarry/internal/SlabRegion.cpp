@@ -44,7 +44,7 @@ SlabRegion::~SlabRegion() {
   }
   while (SlabHeap::Slab* slab = newest) {
     newest = slab->next;
-    SlabSource::get().giveBack(slab);
+    slab->giveBack();
   }
   for (char* extent : extents)
     SlabSource::get().giveBackExtent(extent);
@@ -114,9 +114,9 @@ SlabRegion::Use::~Use() {
 }
 
 /// What a tree needs beyond as many slabs as are kept would be fresh pages.
-void* SlabRegion::takeSlab() {
+void* SlabRegion::takeSlab(bool isSmall) {
   if (!isBroken && slabs == SlabSource::KEPT) return takeOfExtent();
-  void* slab = SlabSource::get().take();
+  void* slab = isSmall ? SlabSource::get().takeSmall() : SlabSource::get().take();
   ++slabs;
   return slab;
 }
@@ -130,15 +130,19 @@ void* SlabRegion::takeOfExtent() {
   return std::exchange(spare, spare + SlabSource::SLAB_SIZE);
 }
 
+/// The first slab is a small one: more is not needed for most documents.
 void SlabRegion::openSlab() {
   closeSlab();
   SlabHeap::Run& run = SlabHeap::run;
   run = {this, nullptr, nullptr, 0};
-  open = SlabHeap::makeSlab(takeSlab(), SlabHeap::MIXED);
+  const bool isSmall = !isBroken && slabs == 0;
+  open = SlabHeap::makeSlab(takeSlab(isSmall), SlabHeap::MIXED);
+  open->isSmall = isSmall;
   open->capacity = UINT32_MAX;
   open->freeCount = 0;
   run.next = open->fresh;
-  run.end = reinterpret_cast<char*>(open) + SlabSource::SLAB_SIZE;
+  run.end =
+      reinterpret_cast<char*>(open) + (isSmall ? SlabSource::SMALL_SIZE : SlabSource::SLAB_SIZE);
   if (isBroken) return;
   open->region = this;
   if (extents.empty()) open->next = std::exchange(newest, open);

@@ -85,7 +85,7 @@ class SlabRegion {
   friend class SlabHeap;
 
   SlabRegion() = default;
-  void* takeSlab();
+  void* takeSlab(bool isSmall);
   void* takeOfExtent();
   void openSlab();
   void closeSlab() noexcept;

@@ -5,16 +5,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <new>
+#include <utility>
 
 namespace Quarry {
 
 namespace {
-
-void* takeLast(std::vector<void*>& slabs) {
-  void* slab = slabs.back();
-  slabs.pop_back();
-  return slab;
-}
 
 char* map(std::size_t size) {
   void* memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -38,22 +33,49 @@ SlabSource& SlabSource::get() {
   return source;
 }
 
-void* SlabSource::take() {
-  const std::lock_guard<std::mutex> lock(mutex);
-  if (!kept.empty()) return takeLast(kept);
-  if (!returned.empty()) return takeLast(returned);
-  if (unused == unusedEnd) mapRegion();
-  void* slab = unused;
-  unused += SLAB_SIZE;
-  return slab;
+void SlabSource::KeptBlocks::add(void* block) noexcept {
+  last = ::new (block) Link{last};
+  ++count;
 }
 
-void SlabSource::giveBack(void* slab) noexcept {
+void* SlabSource::KeptBlocks::take() noexcept {
+  --count;
+  return std::exchange(last, last->next);
+}
+
+void* SlabSource::take() {
   const std::lock_guard<std::mutex> lock(mutex);
-  if (kept.size() < KEPT) {
-    kept.push_back(slab);
+  return kept.size() == 0 ? takeFresh() : kept.take();
+}
+
+void* SlabSource::takeSmall() {
+  const std::lock_guard<std::mutex> lock(mutex);
+  return keptSmall.size() == 0 ? takeFresh() : keptSmall.take();
+}
+
+/// Returns a slab without memory.
+void* SlabSource::takeFresh() {
+  if (!returned.empty()) {
+    void* slab = returned.back();
+    returned.pop_back();
+    return slab;
+  }
+  if (unused == unusedEnd) mapRegion();
+  return std::exchange(unused, unused + SLAB_SIZE);
+}
+
+void SlabSource::giveBack(void* slab) noexcept { keep(slab, SLAB_SIZE, kept, KEPT); }
+
+void SlabSource::giveBackSmall(void* slab) noexcept {
+  keep(slab, SMALL_SIZE, keptSmall, KEPT_SMALL);
+}
+
+void SlabSource::keep(void* slab, std::size_t size, KeptBlocks& list, std::size_t most) noexcept {
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (list.size() < most) {
+    list.add(slab);
   } else {
-    ::madvise(slab, SLAB_SIZE, MADV_DONTNEED);
+    ::madvise(slab, size, MADV_DONTNEED);
     returned.push_back(slab);
   }
 }
@@ -67,16 +89,12 @@ void SlabSource::mapRegion() {
   slabs += REGION_SLABS;
 }
 
-/// The lists get room for every slab there is, and so many more: giving back must not fail.
-void SlabSource::reserve(std::size_t more) {
-  kept.reserve(KEPT);
-  keptExtents.reserve(MOST_KEPT_EXTENTS);
-  returned.reserve(slabs + more);
-}
+/// The list gets room for every slab there is, and so many more: giving back must not fail.
+void SlabSource::reserve(std::size_t more) { returned.reserve(slabs + more); }
 
 void* SlabSource::takeExtent() {
   const std::lock_guard<std::mutex> lock(mutex);
-  void* extent = keptExtents.empty() ? mapExtent() : takeLast(keptExtents);
+  void* extent = keptExtents.size() == 0 ? mapExtent() : keptExtents.take();
   ++usedExtents;
   if (hasUnmapped) extentsToKeep = std::max(extentsToKeep, chooseKept(usedExtents));
   return extent;
@@ -108,7 +126,7 @@ bool SlabSource::keepExtent(void* extent) noexcept {
   const std::lock_guard<std::mutex> lock(mutex);
   --usedExtents;
   if (keptExtents.size() < extentsToKeep) {
-    keptExtents.push_back(extent);
+    keptExtents.add(extent);
     return true;
   }
   slabs -= EXTENT_SLABS;
