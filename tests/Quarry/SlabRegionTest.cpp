@@ -75,8 +75,9 @@ std::set<std::uintptr_t> takeNextSlabs(std::size_t count) {
   return slabsOf(slabs);
 }
 
-/// Expects that slabs were given back last, and each of them once.
+/// Expects that slabs of a region were given back last, and each of them once.
 void expectGivenBack(const std::set<std::uintptr_t>& slabs) {
+  SlabHeap::flush();  // the small one
   EXPECT_EQ(takeNextSlabs(slabs.size()), slabs);
 }
 
@@ -147,6 +148,18 @@ void expectHandedOutAgain(const std::set<std::uintptr_t>& slabs) {
   const std::set<std::uintptr_t> next = takeNextSlabs(2 * SlabSource::KEPT + slabs.size());
   EXPECT_EQ(next.size(), 2 * SlabSource::KEPT + slabs.size());
   EXPECT_TRUE(std::includes(next.begin(), next.end(), slabs.begin(), slabs.end()));
+}
+
+/// Returns a piece of a region.
+void* allocateOf(SlabRegion& region) {
+  const SlabRegion::Use use(&region);
+  return SlabHeap::allocate(64);
+}
+
+/// Returns where a piece lay of a region that is no more.
+void* destroyRegion() {
+  const auto region = SlabRegion::make();
+  return allocateOf(*region);
 }
 
 /// Adds to the number that a holder is.
@@ -434,6 +447,31 @@ TEST_F(SlabRegionTest, ADestroyedRegionGivesItsSlabsBack) {
   ASSERT_GT(slabs.size(), 3U);
   region.reset();
   expectGivenBack(slabs);
+}
+
+TEST_F(SlabRegionTest, TheNextRegionOfTheThreadBeginsWithTheSmallSlabOfTheLastOne) {
+  void* slab = destroyRegion();
+  const auto region = SlabRegion::make();
+  const SlabRegion::Use use(region.get());
+  EXPECT_EQ(slabOf(SlabHeap::allocate(64)), slabOf(slab));
+}
+
+TEST_F(SlabRegionTest, AThreadHoldsOneSmallSlabAndNoMore) {
+  auto first = SlabRegion::make();
+  auto second = SlabRegion::make();
+  const std::uintptr_t firstSlab = slabOf(allocateOf(*first));
+  const std::uintptr_t secondSlab = slabOf(allocateOf(*second));
+  first.reset();
+  second.reset();
+  EXPECT_EQ(takeNextSlabs(1), std::set<std::uintptr_t>{secondSlab});
+  SlabHeap::flush();
+  EXPECT_EQ(takeNextSlabs(1), std::set<std::uintptr_t>{firstSlab});
+}
+
+TEST_F(SlabRegionTest, AThreadThatEndsGivesItsSmallSlabBack) {
+  void* slab = nullptr;
+  std::thread([&slab] { slab = destroyRegion(); }).join();
+  EXPECT_EQ(takeNextSlabs(1), std::set<std::uintptr_t>{slabOf(slab)});
 }
 
 TEST_F(SlabRegionTest, ARegionWithoutPiecesIsDestroyed) {

@@ -6,6 +6,7 @@
 #include "SlabRegion.h"
 
 #include <mutex>
+#include <utility>
 
 namespace Quarry {
 
@@ -133,8 +134,7 @@ char* SlabHeap::Slab::end() {
 }
 
 void SlabHeap::Slab::giveBack() noexcept {
-  SlabSource& source = SlabSource::get();
-  return isSmall ? source.giveBackSmall(this) : source.giveBack(this);
+  return isSmall ? giveBackSmallSlab(this) : SlabSource::get().giveBack(this);
 }
 
 // --- Threads -------------------------------------------------------------------------------------
@@ -175,6 +175,7 @@ class SlabHeap::ThreadEnd {
     if (holdings == nullptr) return;
     for (Holding& holding : holdings->of)
       giveBack(holding);
+    if (holdings->smallSlab != nullptr) SlabSource::get().giveBackSmall(holdings->smallSlab);
     delete holdings;
   }
 
@@ -273,6 +274,23 @@ void SlabHeap::flush() noexcept {
   if (mine == nullptr) return;
   for (Holding& holding : mine->of)
     handIn(holding);
+  if (void* slab = std::exchange(mine->smallSlab, nullptr)) SlabSource::get().giveBackSmall(slab);
+}
+
+// --- Small slabs ---------------------------------------------------------------------------------
+
+void* SlabHeap::takeSmallSlab() {
+  void* slab = mine != nullptr ? std::exchange(mine->smallSlab, nullptr) : nullptr;
+  return slab != nullptr ? slab : SlabSource::get().takeSmall();
+}
+
+void SlabHeap::giveBackSmallSlab(void* slab) noexcept {
+  Holdings* holdings = ThreadEnd::begin();
+  if (holdings != nullptr && holdings->smallSlab == nullptr) {
+    holdings->smallSlab = slab;
+  } else {
+    SlabSource::get().giveBackSmall(slab);
+  }
 }
 
 }  // namespace Quarry

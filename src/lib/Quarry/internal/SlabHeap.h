@@ -32,8 +32,9 @@ class SlabRegion;
 /// Each thread has, for each size, one slab from which it takes slots, and a batch of slots of one
 /// other slab that it has freed: both without a lock, and so a tree is made and freed at the price
 /// of a few instructions a part. Only where a slab is exhausted, or the batch's slab changes, the
-/// lock of that size is taken. A slot may be freed by any thread. What a thread holds when it ends
-/// goes back.
+/// lock of that size is taken. A slot may be freed by any thread. The last small slab of a region
+/// that a thread has destroyed stays with it, too: threads that read small documents do not meet.
+/// What a thread holds when it ends goes back.
 ///
 /// A slab whose last slot is freed goes back to SlabSource at once, unless a thread takes slots
 /// from it; flush() hands in the calling thread's batches, so that this holds for them too.
@@ -74,7 +75,7 @@ class SlabHeap {
   /// to soon. Nothing need be there.
   static void prefetch(const void* piece, std::ptrdiff_t distance) noexcept;
 
-  /// Hands in what this thread has freed and not yet handed in.
+  /// Hands in what this thread has freed and not yet handed in. It holds no small slab then.
   static void flush() noexcept;
 
  private:
@@ -143,6 +144,7 @@ class SlabHeap {
 
   struct Holdings {
     Holding of[SIZES + 1];
+    void* smallSlab = nullptr;  ///< for the next region; null for none
   };
 
   /// Stands before a piece that is larger than LARGEST.
@@ -165,6 +167,8 @@ class SlabHeap {
   static void giveBack(Large& large) noexcept;
   static Slab* makeSlab(void* memory, std::size_t sizeIndex);
   static void handOver(Slab& slab, std::uint32_t pieces) noexcept;
+  static void* takeSmallSlab();
+  static void giveBackSmallSlab(void* slab) noexcept;
   static void* takeSlowly(std::size_t sizeIndex);
   static void putSlowly(Slab* slab, Slot* slot) noexcept;
   static void beginBatch(Holding& holding, Slab* slab, Slot* slot) noexcept;

@@ -116,7 +116,7 @@ SlabRegion::Use::~Use() {
 /// What a tree needs beyond as many slabs as are kept would be fresh pages.
 void* SlabRegion::takeSlab(bool isSmall) {
   if (!isBroken && slabs == SlabSource::KEPT) return takeOfExtent();
-  void* slab = isSmall ? SlabSource::get().takeSmall() : SlabSource::get().take();
+  void* slab = isSmall ? SlabHeap::takeSmallSlab() : SlabSource::get().take();
   ++slabs;
   return slab;
 }
