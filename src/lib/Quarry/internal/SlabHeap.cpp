@@ -196,6 +196,8 @@ constinit thread_local bool SlabHeap::ThreadEnd::hasEnded = false;
 
 // --- Slow ways -----------------------------------------------------------------------------------
 
+// Those that are seldom gone are not inlined: they would burden takeElsewhere().
+
 /// Returns the next bytes of the region, as there is one.
 [[gnu::noinline]] void* SlabHeap::takeOfRegion(std::size_t size) {
   if (size > run.getRoom()) run.region->openSlab();
