@@ -56,11 +56,15 @@ inline bool isMapped(void* begin, std::size_t size) {
 constexpr char WITH_LARGE_PAGES[] = " hg ";
 constexpr char WITHOUT_LARGE_PAGES[] = " nh ";
 
-/// Tells whether the system has large pages and tells flags.
+/// Tells whether the system has large pages and tells who asked for them. An emulator does not.
 inline bool tellsLargePages() {
-  const int variable = 0;
-  return std::ifstream("/sys/kernel/mm/transparent_hugepage/enabled").is_open() &&
-         getMappingFlags(&variable).has_value();
+  constexpr std::size_t SIZE = std::size_t(1) << 22;
+  void* memory = ::mmap(nullptr, SIZE, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) return false;
+  ::madvise(memory, SIZE, MADV_HUGEPAGE);
+  const std::string flags = getMappingFlags(memory).value_or("");
+  ::munmap(memory, SIZE);
+  return flags.find(WITH_LARGE_PAGES) != std::string::npos;
 }
 
 }  // namespace TestSupport
