@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <ostream>
 #include <set>
 #include <vector>
 
@@ -20,28 +21,32 @@ using TestSupport::isMapped;
 
 namespace {
 
-std::vector<void*> takeSlabs(std::size_t count) {
+/// Whole slabs or small ones.
+struct Kind {
+  const char* name;
+  std::size_t size;
+  std::size_t kept;
+  void* (SlabSource::*take)();
+  void (SlabSource::*giveBack)(void*) noexcept;
+};
+
+constexpr Kind WHOLE = {"Whole", SlabSource::SLAB_SIZE, SlabSource::KEPT, &SlabSource::take,
+                        &SlabSource::giveBack};
+constexpr Kind SMALL = {"Small", SlabSource::SMALL_SIZE, SlabSource::KEPT_SMALL,
+                        &SlabSource::takeSmall, &SlabSource::giveBackSmall};
+
+std::ostream& operator<<(std::ostream& out, const Kind& kind) { return out << kind.name; }
+
+std::vector<void*> takeSlabs(std::size_t count, const Kind& kind = WHOLE) {
   std::vector<void*> slabs(count);
   for (void*& slab : slabs)
-    slab = SlabSource::get().take();
+    slab = (SlabSource::get().*kind.take)();
   return slabs;
 }
 
-void giveBack(const std::vector<void*>& slabs) {
+void giveBack(const std::vector<void*>& slabs, const Kind& kind = WHOLE) {
   for (void* slab : slabs)
-    SlabSource::get().giveBack(slab);
-}
-
-std::vector<void*> takeSmallSlabs(std::size_t count) {
-  std::vector<void*> slabs(count);
-  for (void*& slab : slabs)
-    slab = SlabSource::get().takeSmall();
-  return slabs;
-}
-
-void giveBackSmall(const std::vector<void*>& slabs) {
-  for (void* slab : slabs)
-    SlabSource::get().giveBackSmall(slab);
+    (SlabSource::get().*kind.giveBack)(slab);
 }
 
 bool isZero(const void* slab) {
@@ -60,77 +65,69 @@ std::vector<void*> slabsOf(void* extent) {
 
 // --- Slabs ---------------------------------------------------------------------------------------
 
-TEST(SlabSourceTest, SlabsAreAlignedToTheirSize) {
-  const std::vector<void*> slabs = takeSlabs(100);
+namespace {
+
+class SlabKindTest : public testing::TestWithParam<Kind> {};
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Slabs, SlabKindTest, testing::Values(WHOLE, SMALL),
+                         testing::PrintToStringParamName());
+
+TEST_P(SlabKindTest, SlabsAreAlignedToTheSizeOfWholeOnes) {
+  const std::vector<void*> slabs = takeSlabs(100, GetParam());
   for (const void* slab : slabs)
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(slab) % SlabSource::SLAB_SIZE, 0U);
-  giveBack(slabs);
+  giveBack(slabs, GetParam());
 }
 
-TEST(SlabSourceTest, NoSlabIsHandedOutTwice) {
-  const std::vector<void*> slabs = takeSlabs(400);
+TEST_P(SlabKindTest, NoSlabIsHandedOutTwice) {
+  const std::vector<void*> slabs = takeSlabs(400, GetParam());
   EXPECT_EQ(std::set<void*>(slabs.begin(), slabs.end()).size(), 400U);
-  giveBack(slabs);
+  giveBack(slabs, GetParam());
 }
 
-TEST(SlabSourceTest, ASlabCanBeUsedFromItsFirstByteToItsLast) {
-  const std::vector<void*> slabs = takeSlabs(40);
+TEST_P(SlabKindTest, ASlabCanBeUsedFromItsFirstByteToItsLast) {
+  const std::vector<void*> slabs = takeSlabs(40, GetParam());
   for (std::size_t i = 0; i < slabs.size(); ++i)
-    std::memset(slabs[i], static_cast<int>(i + 1), SlabSource::SLAB_SIZE);
+    std::memset(slabs[i], static_cast<int>(i + 1), GetParam().size);
   for (std::size_t i = 0; i < slabs.size(); ++i) {
     const char* bytes = static_cast<const char*>(slabs[i]);
     EXPECT_EQ(bytes[0], static_cast<char>(i + 1));
-    EXPECT_EQ(bytes[SlabSource::SLAB_SIZE - 1], static_cast<char>(i + 1));
+    EXPECT_EQ(bytes[GetParam().size - 1], static_cast<char>(i + 1));
   }
-  giveBack(slabs);
+  giveBack(slabs, GetParam());
 }
 
-TEST(SlabSourceTest, TheSlabThatCameBackLastIsHandedOutFirst) {
-  void* slab = SlabSource::get().take();
-  SlabSource::get().giveBack(slab);
-  EXPECT_EQ(SlabSource::get().take(), slab);
-  SlabSource::get().giveBack(slab);
+TEST_P(SlabKindTest, TheSlabThatCameBackLastIsHandedOutFirst) {
+  const std::vector<void*> slab = takeSlabs(1, GetParam());
+  giveBack(slab, GetParam());
+  EXPECT_EQ(takeSlabs(1, GetParam()), slab);
+  giveBack(slab, GetParam());
 }
 
-TEST(SlabSourceTest, SlabsThatComeBackAreHandedOutBeforeNewOnes) {
-  constexpr std::size_t MANY = SlabSource::KEPT + 100;
-  const std::vector<void*> first = takeSlabs(MANY);
-  giveBack(first);
-  const std::vector<void*> second = takeSlabs(MANY);
+TEST_P(SlabKindTest, SlabsThatComeBackAreHandedOutBeforeNewOnes) {
+  const std::size_t many = GetParam().kept + 100;
+  const std::vector<void*> first = takeSlabs(many, GetParam());
+  giveBack(first, GetParam());
+  const std::vector<void*> second = takeSlabs(many, GetParam());
   EXPECT_EQ(std::set<void*>(second.begin(), second.end()),
             std::set<void*>(first.begin(), first.end()));
-  giveBack(second);
+  giveBack(second, GetParam());
 }
 
-TEST(SlabSourceTest, BeyondTheKeptSlabsTheMemoryGoesBackToTheSystem) {
+TEST_P(SlabKindTest, BeyondTheKeptSlabsTheMemoryGoesBackToTheSystem) {
   constexpr std::size_t MORE = 100;
-  const std::vector<void*> slabs = takeSlabs(SlabSource::KEPT + MORE);
+  const std::vector<void*> slabs = takeSlabs(GetParam().kept + MORE, GetParam());
   for (void* slab : slabs)
-    std::memset(slab, 1, SlabSource::SLAB_SIZE);
-  giveBack(slabs);
+    std::memset(slab, 1, GetParam().size);
+  giveBack(slabs, GetParam());
   std::size_t zeroed = 0;
-  const std::vector<void*> again = takeSlabs(SlabSource::KEPT + MORE);
+  const std::vector<void*> again = takeSlabs(GetParam().kept + MORE, GetParam());
   for (const void* slab : again)
     zeroed += isZero(slab) ? 1 : 0;
   EXPECT_EQ(zeroed, MORE);
-  giveBack(again);
-}
-
-// --- Small slabs ---------------------------------------------------------------------------------
-
-TEST(SlabSourceTest, SmallSlabsAreAlignedLikeOthers) {
-  const std::vector<void*> slabs = takeSmallSlabs(100);
-  for (const void* slab : slabs)
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(slab) % SlabSource::SLAB_SIZE, 0U);
-  EXPECT_EQ(std::set<void*>(slabs.begin(), slabs.end()).size(), slabs.size());
-  giveBackSmall(slabs);
-}
-
-TEST(SlabSourceTest, TheSmallSlabThatCameBackLastIsHandedOutFirst) {
-  void* slab = SlabSource::get().takeSmall();
-  SlabSource::get().giveBackSmall(slab);
-  EXPECT_EQ(SlabSource::get().takeSmall(), slab);
-  SlabSource::get().giveBackSmall(slab);
+  giveBack(again, GetParam());
 }
 
 /// It would have memory then that nobody counts.
@@ -146,20 +143,6 @@ TEST(SlabSourceTest, ASlabThatCameBackIsNotHandedOutAsASmallOne) {
   void* slab = source.take();
   source.giveBack(slab);
   EXPECT_NE(source.takeSmall(), slab);
-}
-
-TEST(SlabSourceTest, BeyondTheKeptSmallSlabsTheMemoryGoesBackToTheSystem) {
-  constexpr std::size_t MORE = 100;
-  const std::vector<void*> slabs = takeSmallSlabs(SlabSource::KEPT_SMALL + MORE);
-  for (void* slab : slabs)
-    std::memset(slab, 1, SlabSource::SMALL_SIZE);
-  giveBackSmall(slabs);
-  std::size_t zeroed = 0;
-  const std::vector<void*> again = takeSmallSlabs(SlabSource::KEPT_SMALL + MORE);
-  for (const void* slab : again)
-    zeroed += isZero(slab) ? 1 : 0;
-  EXPECT_EQ(zeroed, MORE);
-  giveBackSmall(again);
 }
 
 // --- Extents -------------------------------------------------------------------------------------
