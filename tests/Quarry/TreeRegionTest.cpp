@@ -81,7 +81,7 @@ std::size_t getUsedMemory() { return mallinfo2().uordblks; }
 /// Expects that something that is done again and again takes no memory that it does not give back.
 /// The C library rounds, and not every time alike.
 void expectNothingLost(const std::function<void()>& once) {
-  constexpr std::size_t TIMES = 30;
+  constexpr std::size_t TIMES = 100;
   constexpr std::size_t SMALLEST_PIECE = 16;
   once();
   once();
