@@ -214,6 +214,7 @@ TEST_P(LongListOwnershipTest, ItIsFreedAfterDecoding) {
     ParserGroup decoded("root");
     unsigned long position = 0;
     EXPECT_TRUE(decoded.setBinary(group.getBinary(false), position));
+    decoded.addItem("b", 0, 0);  // has the others be freed one by one
   });
 }
 
